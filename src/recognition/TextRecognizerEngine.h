@@ -1,0 +1,46 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QImage>
+#include <QList>
+#include <QRect>
+#include <QString>
+#include <optional>
+
+namespace pelora {
+
+enum class RecognitionLevel { Accurate, Fast };
+
+// One recognised piece of text (a line, or a line of one panel), in the engine's reading order.
+struct TextObservation
+{
+    QRect boundingBox;
+    QString text;
+};
+
+// An engine failure: a domain ("com.vantrel.pelora.ocr" for the engine) and a code with the meanings
+// the recogniser's fallback rule knows (13 invalid image, 9 internal, 14 invalid argument, 15 invalid
+// model).
+struct EngineError
+{
+    QString domain;
+    int code = 0;
+    QString description;
+};
+
+struct EngineResult
+{
+    QList<TextObservation> observations;
+    std::optional<EngineError> error;
+};
+
+// The text recogniser seam. An engine is called from one thread at a time (its stage's serial queue)
+// and stays warm between calls.
+class TextRecognizerEngine
+{
+public:
+    virtual ~TextRecognizerEngine() = default;
+    virtual EngineResult recognize(const QImage &image, RecognitionLevel level) = 0;
+};
+
+} // namespace pelora

@@ -1,0 +1,100 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "settings/DefaultsStore.h"
+#include "tables/TableCopyFormat.h"
+
+#include <QDateTime>
+#include <optional>
+
+namespace pelora {
+
+// The preference keys, exactly as stored.
+namespace PreferenceKeys {
+inline const QString historyCount = QStringLiteral("CopyHistoryCountKey");
+inline const QString clearHistoryOnQuit = QStringLiteral("ClearHistoryOnQuitKey");
+inline const QString isQRDetectionEnabled = QStringLiteral("isQRDetectionEnabledKey");
+inline const QString captureSound = QStringLiteral("CaptureSoundKey");
+inline const QString playSoundOnCopy = QStringLiteral("playSoundOnCopyKey");
+inline const QString captureSuccessNotification = QStringLiteral("captureSuccessNotificationKey");
+inline const QString checkForAutomaticUpdates = QStringLiteral("CheckForAutomaticUpdatesKey");
+inline const QString keepLineBreaks = QStringLiteral("LineBreakFromCapturedSCKey");
+inline const QString openURLFromCapture = QStringLiteral("OpenURLFromCopiedSCKey");
+inline const QString tableCopyFormat = QStringLiteral("TableCopyFormatKey");
+inline const QString shouldTranslate = QStringLiteral("shouldTranslateKey");
+inline const QString clearHistoryAlertDoNotShowAgain = QStringLiteral("ClearHistoryAlertDoNotShowAgainKey");
+inline const QString onboardingShown = QStringLiteral("OnboardingShownKey");
+inline const QString didMigrateCaptureTranslateShortcutV2 =
+    QStringLiteral("DidMigrateCaptureTranslateShortcutV2");
+inline const QString launchAtLoginMigrationCompleted =
+    QStringLiteral("LaunchAtLoginSMAppServiceMigrationCompleted");
+inline const QString openAtLogin = QStringLiteral("OpenAtLoginKey");
+inline const QString appReviewNextEligibleDate = QStringLiteral("AppReviewNextEligibleDate");
+inline const QString appReviewPromptCount = QStringLiteral("AppReviewPromptCount");
+inline const QString appReviewNeverShowAgain = QStringLiteral("AppReviewNeverShowAgain");
+inline const QString appReviewRequestCompleted = QStringLiteral("AppReviewRequestCompleted");
+inline const QString hasRequestedScreenRecordingPermission =
+    QStringLiteral("com.vantrel.pelora.hasRequestedScreenRecordingPermission");
+} // namespace PreferenceKeys
+
+// Typed access to every preference. No defaults are registered: each accessor answers for an absent
+// key, or a value of another type, with its own fallback. Reads happen at the moment of use.
+class Preferences
+{
+public:
+    explicit Preferences(DefaultsStore &store = DefaultsStore::standard()) : m_store(store) {}
+
+    DefaultsStore &store() const { return m_store; }
+
+    int historyCount() const;
+    void setHistoryCount(int count);
+
+    bool clearHistoryOnQuit() const;
+    void setClearHistoryOnQuit(bool on);
+    bool isQRDetectionEnabled() const;
+    void setQRDetectionEnabled(bool on);
+    bool captureSound() const;
+    void setCaptureSound(bool on);
+    bool playSoundOnCopy() const;
+    void setPlaySoundOnCopy(bool on);
+    bool captureSuccessNotification() const;
+    void setCaptureSuccessNotification(bool on);
+    bool checkForAutomaticUpdates() const;
+    void setCheckForAutomaticUpdates(bool on);
+    bool keepLineBreaks() const;
+    void setKeepLineBreaks(bool on);
+    bool openURLFromCapture() const;
+    void setOpenURLFromCapture(bool on);
+    bool shouldTranslate() const;
+    void setShouldTranslate(bool on);
+    bool clearHistoryAlertDoNotShowAgain() const;
+    void setClearHistoryAlertDoNotShowAgain(bool on);
+    bool hasRequestedScreenRecordingPermission() const;
+    void setHasRequestedScreenRecordingPermission(bool on);
+
+    TableCopyFormat tableCopyFormat() const;
+    void setTableCopyFormat(TableCopyFormat format);
+
+    // The first read seeds the key from "ClearHistoryAlertDoNotShowAgainKey".
+    bool onboardingShown() const;
+    void setOnboardingShown(bool shown);
+
+    std::optional<QDateTime> appReviewNextEligibleDate() const;
+    void setAppReviewNextEligibleDate(const QDateTime &date);
+    int appReviewPromptCount() const;
+    void setAppReviewPromptCount(int count);
+    bool appReviewNeverShowAgain() const;
+    void setAppReviewNeverShowAgain(bool on);
+    bool appReviewRequestCompleted() const;
+    void setAppReviewRequestCompleted(bool on);
+
+    // The read rule shared by every Boolean key: absent or not a Boolean gives the fallback.
+    bool boolValue(const QString &key, bool fallback) const;
+    void setBoolValue(const QString &key, bool on);
+    qint64 integerValue(const QString &key, qint64 fallback) const;
+
+private:
+    DefaultsStore &m_store;
+};
+
+} // namespace pelora

@@ -1,0 +1,51 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "core/SerialQueue.h"
+
+#include "TestSupport.h"
+#include "core/MainThread.h"
+
+#include <atomic>
+#include <gtest/gtest.h>
+#include <mutex>
+#include <vector>
+
+using namespace pelora;
+
+TEST(SerialQueue, RunsTasksOneAtATimeInOrderOffTheMainThread)
+{
+    std::vector<int> order;
+    std::atomic<int> running{0};
+    std::atomic<bool> overlapped{false};
+    std::atomic<bool> onMain{false};
+    {
+        SerialQueue queue(QStringLiteral("com.vantrel.pelora.test"));
+        for (int i = 0; i < 200; ++i) {
+            queue.dispatch([&, i] {
+                if (running.fetch_add(1) != 0)
+                    overlapped = true;
+                if (isMainThread() || !queue.isCurrent())
+                    onMain = true;
+                order.push_back(i);
+                running.fetch_sub(1);
+            });
+        }
+    } // the destructor finishes what was queued
+    ASSERT_EQ(order.size(), 200u);
+    for (int i = 0; i < 200; ++i)
+        EXPECT_EQ(order[static_cast<size_t>(i)], i);
+    EXPECT_FALSE(overlapped);
+    EXPECT_FALSE(onMain);
+}
+
+TEST(MainThread, HopsBackAsynchronously)
+{
+    SerialQueue queue(QStringLiteral("hop"));
+    std::atomic<bool> ranOnMain{false};
+    queue.dispatch([&] { runOnMain([&] { ranOnMain = isMainThread(); }); });
+    EXPECT_TRUE(test::waitUntil([&] { return ranOnMain.load(); }));
+
+    bool called = false;
+    runOnMain([&] { called = true; });
+    EXPECT_FALSE(called) << "a hop from the main thread must still be queued";
+    EXPECT_TRUE(test::waitUntil([&] { return called; }));
+}

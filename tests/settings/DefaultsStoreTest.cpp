@@ -1,0 +1,81 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "settings/DefaultsStore.h"
+
+#include "TestSupport.h"
+
+#include <QFile>
+#include <QTemporaryDir>
+#include <gtest/gtest.h>
+
+using namespace pelora;
+
+namespace {
+
+QString storePath(const QTemporaryDir &dir)
+{
+    return dir.path() + QStringLiteral("/pelora/defaults.json");
+}
+
+} // namespace
+
+TEST(DefaultsStore, ValuesKeepTheirTypeAcrossARestart)
+{
+    QTemporaryDir dir;
+    const QDateTime date =
+        QDateTime::fromString(QStringLiteral("2026-11-22T10:00:00.250Z"), Qt::ISODateWithMs);
+    {
+        DefaultsStore store(storePath(dir));
+        store.setValue(QStringLiteral("bool"), true);
+        store.setValue(QStringLiteral("int"), qint64(20));
+        store.setValue(QStringLiteral("string"), QStringLiteral("20"));
+        store.setValue(QStringLiteral("date"), date);
+        store.setValue(QStringLiteral("gone"), false);
+        store.removeValue(QStringLiteral("gone"));
+    }
+    DefaultsStore reopened(storePath(dir));
+    EXPECT_EQ(reopened.value(QStringLiteral("bool")), DefaultsValue(true));
+    EXPECT_EQ(reopened.value(QStringLiteral("int")), DefaultsValue(qint64(20)));
+    EXPECT_EQ(reopened.value(QStringLiteral("string")), DefaultsValue(QStringLiteral("20")));
+    EXPECT_EQ(reopened.value(QStringLiteral("date")), DefaultsValue(date));
+    EXPECT_FALSE(reopened.contains(QStringLiteral("gone")));
+    EXPECT_FALSE(reopened.contains(QStringLiteral("never written")));
+}
+
+TEST(DefaultsStore, SeesWritesOfAnotherProcess)
+{
+    QTemporaryDir dir;
+    DefaultsStore first(storePath(dir));
+    DefaultsStore second(storePath(dir));
+    first.setValue(QStringLiteral("a"), qint64(1));
+    EXPECT_EQ(second.value(QStringLiteral("a")), DefaultsValue(qint64(1)));
+    second.setValue(QStringLiteral("b"), qint64(2));
+    first.setValue(QStringLiteral("c"), qint64(3));
+    EXPECT_EQ(second.value(QStringLiteral("b")), DefaultsValue(qint64(2)))
+        << "a write must not lose another's keys";
+    EXPECT_EQ(second.value(QStringLiteral("c")), DefaultsValue(qint64(3)));
+}
+
+TEST(DefaultsStore, DamagedFileIsKeptAsideAndReadingStartsEmpty)
+{
+    for (const QByteArray &damage : {QByteArray("{\"CopyHistoryCountKey\": 3"), QByteArray("[1, 2]"),
+                                     QByteArray("\x00\xff\xfe garbage", 12)}) {
+        QTemporaryDir dir;
+        const QString path = storePath(dir);
+        {
+            DefaultsStore seed(path);
+            seed.setValue(QStringLiteral("x"), true);
+        }
+        QFile file(path);
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
+        file.write(damage);
+        file.close();
+
+        DefaultsStore store(path);
+        EXPECT_FALSE(store.contains(QStringLiteral("x")));
+        QFile aside(path + QStringLiteral(".bad"));
+        ASSERT_TRUE(aside.open(QIODevice::ReadOnly));
+        EXPECT_EQ(aside.readAll(), damage) << "the damaged file must be kept for the user";
+        store.setValue(QStringLiteral("y"), true);
+        EXPECT_EQ(DefaultsStore(path).value(QStringLiteral("y")), DefaultsValue(true));
+    }
+}

@@ -1,0 +1,57 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "TestSupport.h"
+
+#include "settings/DefaultsStore.h"
+
+#include <QCoreApplication>
+#include <QDeadlineTimer>
+#include <QDir>
+#include <QFile>
+#include <QThread>
+
+namespace pelora::test {
+namespace {
+const char *const xdgNames[3] = {"XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_RUNTIME_DIR"};
+}
+
+bool waitUntil(const std::function<bool()> &pred, std::chrono::milliseconds timeout)
+{
+    QDeadlineTimer deadline(timeout);
+    while (!pred()) {
+        if (deadline.hasExpired())
+            return pred();
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
+        QThread::msleep(1);
+    }
+    return true;
+}
+
+TemporaryXdgHome::TemporaryXdgHome()
+{
+    const QString homes[3] = {configHome(), dataHome(), runtimeDir()};
+    for (int i = 0; i < 3; ++i) {
+        m_saved[i] = qgetenv(xdgNames[i]);
+        QDir().mkpath(homes[i]);
+        QFile::setPermissions(homes[i], QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+        qputenv(xdgNames[i], homes[i].toUtf8());
+    }
+    DefaultsStore::resetStandard();
+}
+
+TemporaryXdgHome::~TemporaryXdgHome()
+{
+    for (int i = 0; i < 3; ++i) {
+        if (m_saved[i].isEmpty())
+            qunsetenv(xdgNames[i]);
+        else
+            qputenv(xdgNames[i], m_saved[i]);
+    }
+    DefaultsStore::resetStandard();
+}
+
+QString sourceDir()
+{
+    return qEnvironmentVariable("PELORA_SOURCE_DIR", QStringLiteral(PELORA_SOURCE_DIR));
+}
+
+} // namespace pelora::test

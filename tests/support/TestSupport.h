@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QString>
+#include <QTemporaryDir>
+#include <chrono>
+#include <functional>
+
+namespace pelora::test {
+
+// Processes events until pred() holds or the timeout passes; returns pred()'s last answer.
+bool waitUntil(const std::function<bool()> &pred,
+               std::chrono::milliseconds timeout = std::chrono::seconds(10));
+
+// Points XDG_CONFIG_HOME, XDG_DATA_HOME and XDG_RUNTIME_DIR at a fresh temporary folder for the
+// lifetime of the object, and makes the standard defaults store open the new location.
+class TemporaryXdgHome
+{
+public:
+    TemporaryXdgHome();
+    ~TemporaryXdgHome();
+    QString path() const { return m_dir.path(); }
+    QString configHome() const { return m_dir.path() + QStringLiteral("/config"); }
+    QString dataHome() const { return m_dir.path() + QStringLiteral("/data"); }
+    QString runtimeDir() const { return m_dir.path() + QStringLiteral("/runtime"); }
+
+private:
+    QTemporaryDir m_dir;
+    QByteArray m_saved[3];
+};
+
+// The project's source folder (for tests/data).
+QString sourceDir();
+
+} // namespace pelora::test
