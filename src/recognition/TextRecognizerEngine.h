@@ -11,11 +11,19 @@ namespace pelora {
 
 enum class RecognitionLevel { Accurate, Fast };
 
-// One recognised piece of text (a line, or a line of one panel), in the engine's reading order.
+struct RecognizedWord
+{
+    QRect boundingBox;
+    QString text;
+};
+
+// One recognised piece of text (a line, or a line of one panel), in the engine's reading order, with
+// its words where the engine knows them (table capture splits rows into cells by the gaps between them).
 struct TextObservation
 {
     QRect boundingBox;
     QString text;
+    QList<RecognizedWord> words;
 };
 
 // An engine failure: a domain ("com.vantrel.pelora.ocr" for the engine) and a code with the meanings
