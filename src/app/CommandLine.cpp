@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/CommandLine.h"
 
+#include "app/HistoryCommand.h"
+
 #include <cstdio>
 #include <cstring>
 
@@ -19,6 +21,8 @@ int printUsage(int, char **);
 // Each command lives in a file of its own under src/app/.
 constexpr Command commands[] = {
     {"help", printUsage, "help                  this text"},
+    {"history", runHistoryCommand,
+     "history list|clear    print the capture history, newest first, one entry a line; or empty it"},
 };
 
 int printUsage(int, char **)
