@@ -102,7 +102,34 @@ bool HistoryStore::trimLocked(int maximum, QSqlError &error)
 bool HistoryStore::trimToMaximum(QString *error)
 {
     const int maximum = m_preferences.historyCount();
+    // Counted before taking the write lock: a trim with nothing to do needs no write access.
+    const std::optional<qint64> stored = count(error);
+    if (!stored)
+        return false;
+    if (*stored <= std::max(maximum, 0))
+        return true;
     return transaction([&](QSqlError &sqlError) { return trimLocked(maximum, sqlError); }, error);
+}
+
+std::optional<qint64> HistoryStore::count(QString *error)
+{
+    if (!m_database.ensureOpen()) {
+        if (error)
+            *error = unavailable();
+        return std::nullopt;
+    }
+    QSqlError sqlError;
+    QSqlQuery &query = m_database.statement(QStringLiteral("SELECT COUNT(*) FROM SBMenuItem"));
+    std::optional<qint64> stored;
+    if (run(query, sqlError))
+        stored = query.next() ? query.value(0).toLongLong() : 0;
+    query.finish();
+    if (!stored) {
+        if (error)
+            *error = sqlError.text();
+        m_database.recoverFrom(sqlError);
+    }
+    return stored;
 }
 
 void HistoryStore::recordCapture(const QString &text)

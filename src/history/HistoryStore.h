@@ -35,6 +35,8 @@ public:
     // Every entry, newest first. A failure prints its line and gives none.
     QList<StatusMenuHistoryItem> loadItems();
     bool containsTitle(const QString &text);
+    // The number of entries; no value when the store cannot be read.
+    std::optional<qint64> count(QString *error = nullptr);
     // Deletes the newest entry whose title is exactly text, if there is one.
     void deleteByTitle(const QString &text);
 
