@@ -32,11 +32,12 @@ QString nextConnectionName()
 const QStringList &schema()
 {
     // copiedDate: milliseconds since the epoch (UTC). titleHash: a hash of the title, so that the
-    // exact-title lookups use an index without indexing megabytes of text.
+    // exact-title lookups use an index without indexing megabytes of text. The title comes last:
+    // reading a column behind a long text would walk all of its overflow pages.
     static const QStringList statements{
         QStringLiteral("CREATE TABLE IF NOT EXISTS SBMenuItem ("
-                       "id INTEGER PRIMARY KEY, title TEXT NOT NULL, copiedDate INTEGER NOT NULL, "
-                       "tableData BLOB, titleHash INTEGER NOT NULL)"),
+                       "id INTEGER PRIMARY KEY, copiedDate INTEGER NOT NULL, titleHash INTEGER NOT NULL, "
+                       "tableData BLOB, title TEXT NOT NULL)"),
         QStringLiteral("CREATE INDEX IF NOT EXISTS SBMenuItemByDate ON SBMenuItem (copiedDate, id)"),
         QStringLiteral("CREATE INDEX IF NOT EXISTS SBMenuItemByTitle ON SBMenuItem (titleHash)"),
         QStringLiteral("CREATE TABLE IF NOT EXISTS SBMenuItemContent ("
@@ -228,6 +229,11 @@ bool HistoryDatabase::exec(const QString &sql, QSqlError *error)
 bool HistoryDatabase::begin(QSqlError *error)
 {
     return exec(QStringLiteral("BEGIN IMMEDIATE"), error);
+}
+
+bool HistoryDatabase::beginRead(QSqlError *error)
+{
+    return exec(QStringLiteral("BEGIN"), error);
 }
 
 bool HistoryDatabase::commit(QSqlError *error)

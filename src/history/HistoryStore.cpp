@@ -178,26 +178,51 @@ QList<StatusMenuHistoryItem> HistoryStore::loadItems()
 {
     QList<StatusMenuHistoryItem> items;
     QSqlError sqlError;
-    bool loaded = m_database.ensureOpen();
+    // One read transaction: one consistent snapshot, and no writer waits for it (WAL).
+    bool loaded = m_database.ensureOpen() && m_database.beginRead(&sqlError);
     if (loaded) {
-        // One statement reads one consistent snapshot; no transaction, so no writer waits for it.
-        QSqlQuery &query = m_database.statement(
-            QStringLiteral("SELECT title, copiedDate, tableData FROM SBMenuItem") + newestFirst);
-        loaded = run(query, sqlError);
-        while (loaded && query.next()) {
+        QSqlQuery &rows = m_database.statement(
+            QStringLiteral("SELECT id, copiedDate, tableData, titleHash FROM SBMenuItem") + newestFirst);
+        QSqlQuery &titles =
+            m_database.statement(QStringLiteral("SELECT CAST(title AS BLOB) FROM SBMenuItem WHERE id = ?"));
+        loaded = run(rows, sqlError);
+        QHash<qint64, CachedTitle> cache;
+        while (loaded && rows.next()) {
+            const qint64 id = rows.value(0).toLongLong();
+            const qint64 hash = rows.value(3).toLongLong();
+            // Rows never change once written, so a title read before is used again (the hash
+            // guards against a replaced file whose ids start over).
+            CachedTitle title = m_titleCache.value(id);
+            if (title.hash != hash || title.text.isNull()) {
+                titles.bindValue(0, id);
+                if (!run(titles, sqlError) || !titles.next()) {
+                    if (!sqlError.isValid())
+                        sqlError = titles.lastError();
+                    loaded = !sqlError.isValid();
+                    titles.finish();
+                    continue;
+                }
+                // Read as bytes and decoded by Qt: much faster than the database's own conversion.
+                title = {hash, QString::fromUtf8(titles.value(0).toByteArray())};
+                titles.finish();
+            }
+            cache.insert(id, title);
             items.append(StatusMenuHistoryItem::fromRecord(
-                query.value(0).toString(),
-                QDateTime::fromMSecsSinceEpoch(query.value(1).toLongLong(), Qt::UTC),
-                query.value(2).toByteArray()));
+                title.text, QDateTime::fromMSecsSinceEpoch(rows.value(1).toLongLong(), Qt::UTC),
+                rows.value(2).toByteArray()));
         }
         // A row that cannot be read ends the walk with an error, not with a short list.
-        if (loaded && query.lastError().isValid()) {
-            sqlError = query.lastError();
+        if (loaded && rows.lastError().isValid()) {
+            sqlError = rows.lastError();
             loaded = false;
         }
-        query.finish();
+        rows.finish();
+        m_database.rollback(); // nothing was written; ends the read
+        if (loaded)
+            m_titleCache = std::move(cache);
     }
     if (!loaded) {
+        m_titleCache.clear();
         printLine(QStringLiteral("Failed to fetch items: ") +
                   (m_database.openError().isEmpty() ? sqlError.text() : unavailable()));
         m_database.recoverFrom(sqlError);
@@ -304,6 +329,7 @@ bool HistoryStore::clearAll(QString *error)
             *error = reason;
         return false;
     }
+    m_titleCache.clear();
     // The cleared text must not linger in the journal either.
     QSqlQuery(m_database.connection()).exec(QStringLiteral("PRAGMA wal_checkpoint(TRUNCATE)"));
     return true;

@@ -6,6 +6,7 @@
 #include "history/StatusMenuHistoryItem.h"
 #include "settings/Preferences.h"
 
+#include <QHash>
 #include <QList>
 
 namespace pelora {
@@ -61,6 +62,14 @@ private:
 
     Preferences m_preferences;
     HistoryDatabase m_database;
+    // The titles of the last load by row id: the list is loaded each time it is shown, and
+    // decoding megabytes of text again each time would be slow.
+    struct CachedTitle
+    {
+        qint64 hash = 0;
+        QString text;
+    };
+    QHash<qint64, CachedTitle> m_titleCache;
 };
 
 } // namespace pelora

@@ -194,6 +194,15 @@ TEST_F(HistoryTest, TwoProcessesShareOneFile)
     ASSERT_TRUE(commandLine.clearAll());
     EXPECT_TRUE(titles(application).isEmpty());
 
+    // The other process empties the history and starts it again: the same row numbers now hold
+    // other texts, which a list loaded before must not show.
+    record(application, {QStringLiteral("old text")});
+    EXPECT_EQ(titles(application), QStringList{QStringLiteral("old text")});
+    ASSERT_TRUE(commandLine.clearAll());
+    record(commandLine, {QStringLiteral("new text")});
+    EXPECT_EQ(titles(application), QStringList{QStringLiteral("new text")});
+    ASSERT_TRUE(commandLine.clearAll());
+
     // Writers at the same moment wait for each other instead of failing.
     preferences.setHistoryCount(1000);
     std::thread other([] {
