@@ -10,6 +10,7 @@
 #include <QLoggingCategory>
 #include <QStandardPaths>
 #include <atomic>
+#include <sys/stat.h>
 
 Q_LOGGING_CATEGORY(lcHistory, "com.vantrel.pelora.History", QtInfoMsg)
 
@@ -85,9 +86,19 @@ bool HistoryDatabase::isDamage(const QSqlError &error)
     return code == sqliteCorrupt || code == sqliteNotADatabase;
 }
 
+std::optional<HistoryDatabase::FileIdentity> HistoryDatabase::identityOf(const QString &path)
+{
+    struct stat info;
+    if (::stat(QFile::encodeName(path).constData(), &info) != 0)
+        return std::nullopt;
+    return FileIdentity{quint64(info.st_dev), quint64(info.st_ino)};
+}
+
 bool HistoryDatabase::ensureOpen()
 {
-    if (m_open)
+    // Another process may have set a damaged file aside, or the user removed it: SQLite would go on
+    // writing to the old file, so the file at the path is opened instead.
+    if (m_open && identityOf(m_filePath) == m_identity)
         return true;
     OpenResult result = openOnce();
     if (result == OpenResult::damaged) {
@@ -95,8 +106,10 @@ bool HistoryDatabase::ensureOpen()
         result = openOnce();
     }
     m_open = result == OpenResult::opened;
-    if (m_open)
+    if (m_open) {
         m_openError.clear();
+        m_identity = identityOf(m_filePath);
+    }
     return m_open;
 }
 

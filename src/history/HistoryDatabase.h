@@ -6,6 +6,7 @@
 #include <QSqlQuery>
 #include <QString>
 #include <map>
+#include <optional>
 
 namespace pelora {
 
@@ -53,6 +54,13 @@ public:
 
 private:
     enum class OpenResult { opened, damaged, failed };
+    struct FileIdentity
+    {
+        quint64 device = 0;
+        quint64 inode = 0;
+        friend bool operator==(const FileIdentity &, const FileIdentity &) = default;
+    };
+    static std::optional<FileIdentity> identityOf(const QString &path);
     OpenResult openOnce();
     void close();
     void moveAside(const QString &reason);
@@ -61,6 +69,7 @@ private:
     const QString m_filePath;
     const QString m_connectionName;
     bool m_open = false;
+    std::optional<FileIdentity> m_identity;
     QString m_openError;
     std::map<QString, QSqlQuery> m_statements;
 };

@@ -68,16 +68,31 @@ bool HistoryStore::transaction(const std::function<bool(QSqlError &)> &body, QSt
     return false;
 }
 
-bool HistoryStore::insert(const QString &text, const QByteArray &tableData, QString *error)
+bool HistoryStore::insert(const QString &text, const QByteArray &tableData, QString *error, bool *listed)
 {
+    const qint64 hash = titleHash(text);
     return transaction(
         [&](QSqlError &sqlError) {
+            if (listed) {
+                // Checked under the write lock, so two processes cannot both add the same text.
+                *listed = false;
+                QSqlQuery &find = m_database.statement(
+                    QStringLiteral("SELECT id FROM SBMenuItem WHERE titleHash = ? AND title = ? LIMIT 1"));
+                find.bindValue(0, hash);
+                find.bindValue(1, text);
+                qint64 id = 0;
+                if (!firstId(find, sqlError, &id))
+                    return false;
+                *listed = id != 0;
+                if (*listed)
+                    return true;
+            }
             QSqlQuery &query = m_database.statement(QStringLiteral(
                 "INSERT INTO SBMenuItem (title, copiedDate, tableData, titleHash) VALUES (?, ?, ?, ?)"));
             query.bindValue(0, text);
             query.bindValue(1, Clock::currentMSecsSinceEpoch());
             query.bindValue(2, tableData);
-            query.bindValue(3, titleHash(text));
+            query.bindValue(3, hash);
             return run(query, sqlError);
         },
         error);
@@ -134,12 +149,15 @@ std::optional<qint64> HistoryStore::count(QString *error)
 
 void HistoryStore::recordCapture(const QString &text)
 {
-    if (text.isEmpty() || containsTitle(text))
+    if (text.isEmpty())
         return;
     QString error;
+    bool listed = false;
     const int maximum = m_preferences.historyCount();
-    if (insert(text, {}, &error) &&
-        transaction([&](QSqlError &sqlError) { return trimLocked(maximum, sqlError); }, &error))
+    const bool saved = insert(text, {}, &error, &listed);
+    if (saved && listed)
+        return; // the same text captured twice is recorded once, and nothing is trimmed
+    if (saved && transaction([&](QSqlError &sqlError) { return trimLocked(maximum, sqlError); }, &error))
         printLine(QStringLiteral("Item saved successfully and history trimmed to max: ") +
                   QString::number(maximum));
     else

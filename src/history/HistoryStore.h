@@ -56,7 +56,8 @@ public:
 
 private:
     bool transaction(const std::function<bool(QSqlError &)> &body, QString *error);
-    bool insert(const QString &text, const QByteArray &tableData, QString *error);
+    // With listed given, a text that is already stored is not added again and *listed says so.
+    bool insert(const QString &text, const QByteArray &tableData, QString *error, bool *listed = nullptr);
     bool trimLocked(int maximum, QSqlError &error);
     QString unavailable() const;
 

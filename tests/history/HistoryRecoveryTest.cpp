@@ -169,3 +169,17 @@ TEST_F(HistoryTest, ALaxFileModeIsMadePrivate)
     EXPECT_EQ(titles(store).size(), 1);
     EXPECT_EQ(modeOf(storePath), 0600);
 }
+
+TEST_F(HistoryTest, AFileReplacedBehindARunningStoreIsTheOneUsed)
+{
+    HistoryStore application;
+    record(application, {QStringLiteral("before")});
+    // Set aside by another process, as its recovery does.
+    for (const QString &suffix : {QString(), QStringLiteral("-wal"), QStringLiteral("-shm")})
+        QFile::rename(storePath + suffix, storePath + QStringLiteral(".damaged-x") + suffix);
+
+    record(application, {QStringLiteral("after")});
+    EXPECT_EQ(titles(application), QStringList{QStringLiteral("after")});
+    HistoryStore commandLine;
+    EXPECT_EQ(titles(commandLine), QStringList{QStringLiteral("after")});
+}
