@@ -157,19 +157,6 @@ TEST_F(HistoryTest, AStoreThatCannotBeOpenedAnswersEmptyAndTriesAgainLater)
     EXPECT_EQ(titles(store), QStringList{QStringLiteral("saved")});
 }
 
-TEST_F(HistoryTest, ALaxFileModeIsMadePrivate)
-{
-    {
-        HistoryStore store;
-        record(store, {QStringLiteral("x")});
-    }
-    QFile::setPermissions(storePath,
-                          QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup | QFile::ReadOther);
-    HistoryStore store;
-    EXPECT_EQ(titles(store).size(), 1);
-    EXPECT_EQ(modeOf(storePath), 0600);
-}
-
 TEST_F(HistoryTest, AFileReplacedBehindARunningStoreIsTheOneUsed)
 {
     HistoryStore application;

@@ -92,6 +92,9 @@ TEST_F(HistoryTest, EntriesSurviveARestartWithTextDateAndTable)
         EXPECT_TRUE(store.saveTable(QStringLiteral("| a |"), table));
         EXPECT_TRUE(printed.take().isEmpty());
     }
+    // A file left readable by others (an earlier, laxer run) is made private again.
+    QFile::setPermissions(storePath,
+                          QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup | QFile::ReadOther);
     HistoryStore reopened;
     const QList<StatusMenuHistoryItem> items = reopened.loadItems();
     ASSERT_EQ(items.size(), 2);

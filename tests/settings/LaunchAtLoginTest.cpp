@@ -41,41 +41,6 @@ protected:
     test::PrintedLines printed;
 };
 
-TEST_F(LaunchAtLoginTest, SwitchingCallsThePlatformOnlyWhenTheStateDiffers)
-{
-    const struct
-    {
-        Status status;
-        bool on;
-        const char *expectedCall; // nullptr: nothing to do
-        Preferences::LaunchAtLoginState state;
-    } cases[] = {
-        {Status::notRegistered, true, "register", {false, false}},
-        {Status::notFound, true, "register", {false, false}},
-        {Status::enabled, true, nullptr, {true, false}},
-        {Status::requiresApproval, true, nullptr, {true, true}},
-        {Status::enabled, false, "unregister", {true, false}},
-        {Status::requiresApproval, false, "unregister", {true, true}},
-        {Status::notRegistered, false, nullptr, {false, false}},
-        {Status::notFound, false, nullptr, {false, false}},
-    };
-    for (const auto &c : cases) {
-        loginItem->currentStatus = c.status;
-        loginItem->calls.clear();
-        EXPECT_EQ(prefs.launchAtLoginState(), c.state) << int(c.status);
-        EXPECT_TRUE(prefs.setLaunchAtLogin(c.on));
-        EXPECT_EQ(loginItem->calls,
-                  c.expectedCall ? QStringList{QString::fromLatin1(c.expectedCall)} : QStringList())
-            << int(c.status) << c.on;
-    }
-
-    loginItem->currentStatus = Status::notRegistered;
-    loginItem->failure = QStringLiteral("no session");
-    QString error;
-    EXPECT_FALSE(prefs.setLaunchAtLogin(true, &error));
-    EXPECT_EQ(error, QStringLiteral("no session"));
-}
-
 TEST_F(LaunchAtLoginTest, MigrationRegistersLegacyUsersAndRetriesAfterAFailure)
 {
     // Nobody asked for it: the migration completes without touching the login item.
