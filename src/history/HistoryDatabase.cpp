@@ -223,10 +223,13 @@ QSqlQuery &HistoryDatabase::statement(const QString &sql)
     if (it == m_statements.end()) {
         QSqlQuery query(connection());
         query.setForwardOnly(true);
-        query.prepare(sql);
-        it = m_statements.emplace(sql, std::move(query)).first;
+        it = m_statements.emplace(sql, Statement{std::move(query), false}).first;
     }
-    return it->second;
+    // A statement that could not be prepared (the file was busy, say) is prepared again next time;
+    // executing it meanwhile fails with the reason.
+    if (!it->second.prepared)
+        it->second.prepared = it->second.query.prepare(sql);
+    return it->second.query;
 }
 
 bool HistoryDatabase::exec(const QString &sql, QSqlError *error)

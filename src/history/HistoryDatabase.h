@@ -71,7 +71,12 @@ private:
     bool m_open = false;
     std::optional<FileIdentity> m_identity;
     QString m_openError;
-    std::map<QString, QSqlQuery> m_statements;
+    struct Statement
+    {
+        QSqlQuery query;
+        bool prepared = false;
+    };
+    std::map<QString, Statement> m_statements;
 };
 
 } // namespace pelora

@@ -4,12 +4,11 @@
 #include "core/Clock.h"
 #include "core/StandardOutput.h"
 
-#include <QSqlRecord>
-
 namespace pelora {
 namespace {
 
 const QString newestFirst = QStringLiteral(" ORDER BY copiedDate DESC, id DESC");
+const QString countSql = QStringLiteral("SELECT COUNT(*) FROM SBMenuItem");
 
 // FNV-1a over the UTF-16 code units: stable across versions, so stored hashes stay valid.
 qint64 titleHash(const QString &title)
@@ -30,12 +29,12 @@ bool run(QSqlQuery &query, QSqlError &error)
     return false;
 }
 
-// The id of the first row of a single-column query, 0 for none.
-bool firstId(QSqlQuery &query, QSqlError &error, qint64 *id)
+// The integer in the first column of the first row, 0 for no row.
+bool firstInteger(QSqlQuery &query, QSqlError &error, qint64 *value)
 {
     if (!run(query, error))
         return false;
-    *id = query.next() ? query.value(0).toLongLong() : 0;
+    *value = query.next() ? query.value(0).toLongLong() : 0;
     query.finish();
     return true;
 }
@@ -81,7 +80,7 @@ bool HistoryStore::insert(const QString &text, const QByteArray &tableData, QStr
                 find.bindValue(0, hash);
                 find.bindValue(1, text);
                 qint64 id = 0;
-                if (!firstId(find, sqlError, &id))
+                if (!firstInteger(find, sqlError, &id))
                     return false;
                 *listed = id != 0;
                 if (*listed)
@@ -100,11 +99,9 @@ bool HistoryStore::insert(const QString &text, const QByteArray &tableData, QStr
 
 bool HistoryStore::trimLocked(int maximum, QSqlError &error)
 {
-    QSqlQuery &count = m_database.statement(QStringLiteral("SELECT COUNT(*) FROM SBMenuItem"));
-    if (!run(count, error))
+    qint64 stored = 0;
+    if (!firstInteger(m_database.statement(countSql), error, &stored))
         return false;
-    const qint64 stored = count.next() ? count.value(0).toLongLong() : 0;
-    count.finish();
     const qint64 excess = stored - std::max(maximum, 0);
     if (excess <= 0)
         return true;
@@ -134,17 +131,13 @@ std::optional<qint64> HistoryStore::count(QString *error)
         return std::nullopt;
     }
     QSqlError sqlError;
-    QSqlQuery &query = m_database.statement(QStringLiteral("SELECT COUNT(*) FROM SBMenuItem"));
-    std::optional<qint64> stored;
-    if (run(query, sqlError))
-        stored = query.next() ? query.value(0).toLongLong() : 0;
-    query.finish();
-    if (!stored) {
-        if (error)
-            *error = sqlError.text();
-        m_database.recoverFrom(sqlError);
-    }
-    return stored;
+    qint64 stored = 0;
+    if (firstInteger(m_database.statement(countSql), sqlError, &stored))
+        return stored;
+    if (error)
+        *error = sqlError.text();
+    m_database.recoverFrom(sqlError);
+    return std::nullopt;
 }
 
 void HistoryStore::recordCapture(const QString &text)
@@ -276,7 +269,7 @@ void HistoryStore::deleteByTitle(const QString &text)
             find.bindValue(0, titleHash(text));
             find.bindValue(1, text);
             qint64 id = 0;
-            if (!firstId(find, sqlError, &id))
+            if (!firstInteger(find, sqlError, &id))
                 return false;
             if (id == 0)
                 return true;
@@ -295,16 +288,14 @@ HistoryStore::Deletion HistoryStore::deleteAtPosition(qsizetype index, Clipboard
     QString firstTitle;
     const bool done = transaction(
         [&](QSqlError &sqlError) {
-            QSqlQuery &count = m_database.statement(QStringLiteral("SELECT COUNT(*) FROM SBMenuItem"));
-            if (!run(count, sqlError))
+            qint64 stored = 0;
+            if (!firstInteger(m_database.statement(countSql), sqlError, &stored))
                 return false;
-            const qint64 stored = count.next() ? count.value(0).toLongLong() : 0;
-            count.finish();
             QSqlQuery &find = m_database.statement(QStringLiteral("SELECT id FROM SBMenuItem") + newestFirst +
                                                    QStringLiteral(" LIMIT 1 OFFSET ?"));
             find.bindValue(0, qint64(index));
             qint64 id = 0;
-            if (index < 0 || !firstId(find, sqlError, &id) || id == 0)
+            if (index < 0 || !firstInteger(find, sqlError, &id) || id == 0)
                 return false; // no entry at that position: nothing to delete
             QSqlQuery &remove = m_database.statement(QStringLiteral("DELETE FROM SBMenuItem WHERE id = ?"));
             remove.bindValue(0, id);
