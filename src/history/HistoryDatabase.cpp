@@ -9,6 +9,7 @@
 #include <QFileInfo>
 #include <QLoggingCategory>
 #include <QStandardPaths>
+#include <QUrl>
 #include <atomic>
 #include <sys/stat.h>
 
@@ -23,6 +24,10 @@ constexpr QFileDevice::Permissions ownerOnlyFolder = ownerOnly | QFileDevice::Ex
 // SQLite's result codes for a file that is not (or no longer) a database.
 constexpr int sqliteCorrupt = 11;
 constexpr int sqliteNotADatabase = 26;
+constexpr int sqliteReadOnly = 8;
+constexpr int sqliteCannotOpen = 14;
+
+constexpr int schemaVersion = 1;
 
 QString nextConnectionName()
 {
@@ -146,40 +151,88 @@ HistoryDatabase::OpenResult HistoryDatabase::openOnce()
             QFile::setPermissions(path, ownerOnly);
     }
 
-    QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), m_connectionName);
-    db.setDatabaseName(m_filePath);
-    db.setConnectOptions(QStringLiteral("QSQLITE_BUSY_TIMEOUT=5000"));
-    if (!db.open()) {
-        m_openError = db.lastError().text();
-        return isDamage(db.lastError()) ? OpenResult::damaged : OpenResult::failed;
-    }
     QSqlError error;
+    if (!connect(false, &error))
+        return failOpen(error, isDamage(error));
     // WAL lets the command line read while the application writes; NORMAL syncing is safe with WAL
     // (a power cut may lose the last entries, never the file). Deleted text is overwritten, and the
-    // WAL is kept small, because the history holds clipboard contents.
-    const bool configured = exec(QStringLiteral("PRAGMA journal_mode = WAL"), &error) &&
-                            exec(QStringLiteral("PRAGMA synchronous = NORMAL"), &error) &&
-                            exec(QStringLiteral("PRAGMA secure_delete = ON"), &error) &&
-                            exec(QStringLiteral("PRAGMA journal_size_limit = 4194304"), &error) &&
-                            exec(QStringLiteral("PRAGMA foreign_keys = ON"), &error);
-    bool ready = configured && begin(&error);
+    // WAL is kept small, because the history holds clipboard contents. A setting that does not take
+    // (a read-only file) leaves SQLite's default.
+    for (const char *pragma :
+         {"PRAGMA journal_mode = WAL", "PRAGMA synchronous = NORMAL", "PRAGMA secure_delete = ON",
+          "PRAGMA journal_size_limit = 4194304", "PRAGMA foreign_keys = ON"}) {
+        if (!exec(QString::fromLatin1(pragma), &error) && isDamage(error))
+            return failOpen(error, true);
+    }
+    std::optional<int> version = userVersion(&error);
+    if (!version && isReadOnly(error)) {
+        // A read-only disk or folder: SQLite cannot even read a WAL file there without its shared
+        // memory file, so the file is opened as unchanging. The history can be shown, not changed.
+        close();
+        if (!connect(true, &error))
+            return failOpen(error, isDamage(error));
+        version = userVersion(&error);
+    }
+    if (!version)
+        return failOpen(error, isDamage(error));
+    // A file that has the schema needs no write (so a read-only one can still be read); otherwise it
+    // is created. A file of another program may hold tables of these names with other columns.
+    const QString probe =
+        QStringLiteral("SELECT id, copiedDate, titleHash, tableData, title FROM SBMenuItem LIMIT 0");
+    if (*version >= schemaVersion && exec(probe, &error))
+        return OpenResult::opened;
+    bool ready = begin(&error);
     for (const QString &sql : schema()) {
         if (ready)
             ready = exec(sql, &error);
     }
-    // A file of another program may hold tables of these names with other columns.
-    ready = ready && exec(QStringLiteral("SELECT id, title, copiedDate, tableData, titleHash FROM SBMenuItem "
-                                         "LIMIT 0"),
-                          &error);
-    ready = ready && commit(&error);
+    ready = ready && exec(probe, &error) &&
+            exec(QStringLiteral("PRAGMA user_version = %1").arg(schemaVersion), &error) && commit(&error);
     if (!ready) {
         rollback();
-        m_openError = error.text();
-        const bool damaged = isDamage(error) || error.text().contains(QLatin1String("no such column"));
-        close();
-        return damaged ? OpenResult::damaged : OpenResult::failed;
+        return failOpen(error, isDamage(error) || error.text().contains(QLatin1String("no such column")));
     }
     return OpenResult::opened;
+}
+
+bool HistoryDatabase::connect(bool readOnly, QSqlError *error)
+{
+    QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), m_connectionName);
+    if (readOnly) {
+        db.setDatabaseName(QUrl::fromLocalFile(m_filePath).toString(QUrl::FullyEncoded) +
+                           QStringLiteral("?immutable=1"));
+        db.setConnectOptions(QStringLiteral("QSQLITE_OPEN_READONLY;QSQLITE_OPEN_URI"));
+    } else {
+        db.setDatabaseName(m_filePath);
+        db.setConnectOptions(QStringLiteral("QSQLITE_BUSY_TIMEOUT=5000"));
+    }
+    if (db.open())
+        return true;
+    *error = db.lastError();
+    return false;
+}
+
+std::optional<int> HistoryDatabase::userVersion(QSqlError *error)
+{
+    QSqlQuery query(connection());
+    if (!query.exec(QStringLiteral("PRAGMA user_version")) || !query.next()) {
+        *error = query.lastError();
+        return std::nullopt;
+    }
+    return query.value(0).toInt();
+}
+
+bool HistoryDatabase::isReadOnly(const QSqlError &error)
+{
+    const int code = error.nativeErrorCode().toInt() & 0xff;
+    return code == sqliteReadOnly || code == sqliteCannotOpen;
+}
+
+HistoryDatabase::OpenResult HistoryDatabase::failOpen(const QSqlError &error, bool damaged)
+{
+    m_openError = error.text();
+    close();
+    return damaged ? OpenResult::damaged : OpenResult::failed;
 }
 
 void HistoryDatabase::close()

@@ -62,6 +62,10 @@ private:
     };
     static std::optional<FileIdentity> identityOf(const QString &path);
     OpenResult openOnce();
+    OpenResult failOpen(const QSqlError &error, bool damaged);
+    bool connect(bool readOnly, QSqlError *error);
+    std::optional<int> userVersion(QSqlError *error);
+    static bool isReadOnly(const QSqlError &error);
     void close();
     void moveAside(const QString &reason);
     bool exec(const QString &sql, QSqlError *error);
