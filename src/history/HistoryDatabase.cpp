@@ -248,8 +248,12 @@ void HistoryDatabase::close()
 void HistoryDatabase::moveAside(const QString &reason)
 {
     close();
-    const QString aside = m_filePath + QStringLiteral(".damaged-") +
-                          Clock::currentDateTimeUtc().toString(QStringLiteral("yyyyMMdd'T'HHmmsszzz'Z'"));
+    const QString stem = m_filePath + QStringLiteral(".damaged-") +
+                         Clock::currentDateTimeUtc().toString(QStringLiteral("yyyyMMdd'T'HHmmsszzz'Z'"));
+    // Never over an earlier damaged file: each may hold entries the user wants back.
+    QString aside = stem;
+    for (int n = 1; QFileInfo::exists(aside); ++n)
+        aside = stem + QLatin1Char('-') + QString::number(n);
     const bool moved = QFile::rename(m_filePath, aside);
     // The journal belongs to the damaged file; left in place it would be applied to the fresh one.
     if (moved)

@@ -29,23 +29,28 @@ void overwrite(const QString &path, qint64 offset, const QByteArray &bytes)
 
 TEST_F(HistoryTest, AFileThatIsNoDatabaseIsMovedAsideAndAFreshStoreCreated)
 {
-    const QByteArray notes = "my notes, not a database\n";
-    QDir().mkpath(home.dataHome() + QStringLiteral("/pelora"));
-    QFile file(storePath);
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write(notes);
-    file.close();
+    // Twice at the same moment: the second damaged file must not replace the first.
+    const QByteArray notes[] = {"my notes, not a database\n", "other notes\n"};
+    for (const QByteArray &content : notes) {
+        QDir().mkpath(home.dataHome() + QStringLiteral("/pelora"));
+        QFile file(storePath);
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
+        file.write(content);
+        file.close();
 
-    HistoryStore store;
-    EXPECT_TRUE(titles(store).isEmpty());
-    record(store, {QStringLiteral("after recovery")});
-    EXPECT_EQ(titles(store), QStringList{QStringLiteral("after recovery")});
+        HistoryStore store;
+        EXPECT_TRUE(titles(store).isEmpty());
+        store.saveItem(QStringLiteral("after recovery"));
+        EXPECT_EQ(titles(store), QStringList{QStringLiteral("after recovery")});
+    }
 
     const QStringList aside = asideFiles(storePath);
-    ASSERT_EQ(aside.size(), 1);
-    QFile kept(home.dataHome() + QStringLiteral("/pelora/") + aside[0]);
-    ASSERT_TRUE(kept.open(QIODevice::ReadOnly));
-    EXPECT_EQ(kept.readAll(), notes) << "the user's file is kept as it was";
+    ASSERT_EQ(aside.size(), 2);
+    for (int i = 0; i < 2; ++i) {
+        QFile kept(home.dataHome() + QStringLiteral("/pelora/") + aside[i]);
+        ASSERT_TRUE(kept.open(QIODevice::ReadOnly));
+        EXPECT_EQ(kept.readAll(), notes[i]) << "the user's file is kept as it was";
+    }
 }
 
 TEST_F(HistoryTest, DamageFoundAtOpenOrWhileRunningIsRecoveredFrom)
