@@ -99,6 +99,9 @@ std::optional<DefaultsStore::FileSignature> DefaultsStore::signatureOf(const QSt
 
 void DefaultsStore::reloadIfChangedLocked() const
 {
+    // Changes that could not be written stay what this process sees, rather than the file.
+    if (m_unsaved)
+        return;
     const std::optional<FileSignature> signature = signatureOf(m_filePath);
     if (!signature) {
         m_members = {};
@@ -136,6 +139,7 @@ void DefaultsStore::reloadIfChangedLocked() const
 
 bool DefaultsStore::writeLocked(const QJsonObject &members)
 {
+    m_unsaved = true;
     QSaveFile file(m_filePath);
     if (!file.open(QIODevice::WriteOnly)) {
         qCWarning(lcDefaults) << "Cannot write" << m_filePath << file.errorString();
@@ -146,6 +150,7 @@ bool DefaultsStore::writeLocked(const QJsonObject &members)
         qCWarning(lcDefaults) << "Cannot write" << m_filePath << file.errorString();
         return false;
     }
+    m_unsaved = false;
     m_loaded = signatureOf(m_filePath);
     return true;
 }

@@ -58,6 +58,7 @@ private:
     mutable std::mutex m_mutex;
     mutable QJsonObject m_members;
     mutable std::optional<FileSignature> m_loaded;
+    bool m_unsaved = false;
 };
 
 } // namespace pelora

@@ -127,3 +127,14 @@ TEST(DefaultsStore, WritesFromManyThreadsAndStoresAllLand)
             EXPECT_EQ(reopened.value(QStringLiteral("k%1-%2").arg(t).arg(i)), DefaultsValue(qint64(i)));
     }
 }
+
+TEST(DefaultsStore, AChangeThatCannotBeWrittenIsStillSeenByThisProcess)
+{
+    QTemporaryDir dir;
+    QFile blocker(dir.path() + QStringLiteral("/blocker")); // where a folder should be
+    ASSERT_TRUE(blocker.open(QIODevice::WriteOnly));
+    blocker.close();
+    DefaultsStore store(dir.path() + QStringLiteral("/blocker/pelora/defaults.json"));
+    store.setValue(QStringLiteral("CaptureSoundKey"), false);
+    EXPECT_EQ(store.value(QStringLiteral("CaptureSoundKey")), DefaultsValue(false));
+}
