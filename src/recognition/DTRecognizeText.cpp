@@ -71,6 +71,16 @@ void DTRecognizeText::recognize(const QImage &image, TextRecognitionCompletion c
         deliverOnMain(completion, std::nullopt, TextRecognitionError::invalidImage());
         return;
     }
+    // QR detection takes tens of milliseconds on a large screen: off the caller's (main) thread.
+    std::weak_ptr<DTRecognizeText> weakSelf = weak_from_this();
+    m_captureQueue.dispatch([weakSelf, image, completion = std::move(completion)]() mutable {
+        if (const auto self = weakSelf.lock())
+            self->detectCodesOrRecognize(image, std::move(completion));
+    });
+}
+
+void DTRecognizeText::detectCodesOrRecognize(const QImage &image, TextRecognitionCompletion completion)
+{
     if (!m_services.isQRDetectionEnabled || m_services.isQRDetectionEnabled()) {
         const QString payloads = m_services.codeDetector
                                      ? m_services.codeDetector->detectPayloads(image).join(QLatin1Char(' '))

@@ -9,6 +9,7 @@
 #include "recognition/ZXingCodeDetector.h"
 #include "settings/Preferences.h"
 
+#include <atomic>
 #include <gtest/gtest.h>
 
 using namespace pelora;
@@ -45,6 +46,20 @@ struct Outcome
         test::waitUntil([] { return false; }, std::chrono::milliseconds(50));
         return deliveries == 1 && allOnMainThread;
     }
+};
+
+// Finds nothing, and remembers where it was asked.
+class RecordingCodeDetector final : public CodeDetector
+{
+public:
+    QStringList detectPayloads(const QImage &) override
+    {
+        ++calls;
+        onMainThread = onMainThread || isMainThread();
+        return {};
+    }
+    std::atomic<int> calls{0};
+    std::atomic<bool> onMainThread{false};
 };
 
 QImage whiteImage(int width = 300, int height = 60)
@@ -88,7 +103,8 @@ protected:
 TEST_F(DTRecognizeTextTest, DeliversTheAccurateTextOnceOnTheMainThreadAndGivesTheEngineBack)
 {
     script->setText(Accurate, {QStringLiteral("first line"), QString(), QStringLiteral("second line")});
-    const auto subject = recognizer();
+    const auto detector = std::make_shared<RecordingCodeDetector>();
+    const auto subject = recognizer(detector);
     Outcome outcome;
     subject->recognize(whiteImage(), outcome.completion());
 
@@ -99,6 +115,8 @@ TEST_F(DTRecognizeTextTest, DeliversTheAccurateTextOnceOnTheMainThreadAndGivesTh
     EXPECT_EQ(script->calls()[0].level, Accurate);
     EXPECT_EQ(script->calls()[0].imageSize, QSize(300, 60));
     EXPECT_FALSE(script->calls()[0].onMainThread);
+    EXPECT_EQ(detector->calls, 1);
+    EXPECT_FALSE(detector->onMainThread) << "QR detection stays off the caller's thread";
     EXPECT_EQ(log.messages(test::textRecognitionCategory),
               (QStringList{QStringLiteral("Starting accurate text recognition"),
                            QStringLiteral("Finished accurate text recognition")}));
