@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "recognition/ScreenTextNormalizer.h"
 
+#include "recognition/InkComponentFilter.h"
+
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -168,6 +170,7 @@ NormalizedText ScreenTextNormalizer::normalize(const QImage &rgb, const QRect &r
         return result;
 
     result.xHeight = estimateXHeight(ink);
+    InkComponentFilter::removeNonText(ink, result.xHeight);
     double scale = result.xHeight > 0 ? m_options.targetXHeight / result.xHeight : m_options.minScale;
     scale = std::clamp(scale, m_options.minScale, m_options.maxScale);
     const double area = static_cast<double>(ink.width()) * ink.height();

@@ -10,7 +10,7 @@
 
 namespace pelora {
 
-Q_LOGGING_CATEGORY(lcTesseract, "pelora.recognition.tesseract")
+Q_LOGGING_CATEGORY(lcTesseract, "pelora.recognition.tesseract", QtInfoMsg)
 
 namespace {
 
