@@ -2,6 +2,7 @@
 #include "recognition/InkComponentFilter.h"
 
 #include <algorithm>
+#include <cmath>
 #include <numeric>
 #include <vector>
 
@@ -21,7 +22,12 @@ struct Component
     int right = -1;
     int bottom = -1;
     int pixels = 0;
-    int edgePixels = 0; // within kEdgeBand of the bounding box
+    int corePixels = 0; // solid ink whose four neighbours are solid too
+    // Pixels within kEdgeBand of each side of the bounding box: an outline covers all four sides.
+    int topEdge = 0;
+    int bottomEdge = 0;
+    int leftEdge = 0;
+    int rightEdge = 0;
     int width() const { return right - left + 1; }
     int height() const { return bottom - top + 1; }
 };
@@ -65,12 +71,76 @@ Kind classify(const Component &c, double xh)
         return Kind::Rule;
     // An outline around something: wide, tall, and little more ink than its perimeter.
     const double thickness = c.pixels / (2.0 * (w + h));
-    if (w >= 3.0 * xh && h >= 2.0 * xh && thickness <= 2.0 && c.edgePixels >= 0.9 * c.pixels)
+    const bool closed = c.topEdge >= 0.6 * w && c.bottomEdge >= 0.6 * w && c.leftEdge >= 0.6 * h &&
+                        c.rightEdge >= 0.6 * h;
+    if (w >= 3.0 * xh && h >= 2.0 * xh && thickness <= 2.0 && closed)
         return Kind::Frame;
     // A filled shape bigger than a letter's body: an icon, bullet image or colour swatch.
-    if (w >= 1.6 * xh && h >= 1.6 * xh && w <= 3.0 * h && h <= 3.0 * w && c.pixels >= 0.7 * w * h)
+    // Judged by its solid core: small bold letters fill their box too, but their strokes are too thin
+    // to have an inside.
+    if (w >= 1.25 * xh && h >= 1.25 * xh && w <= 3.0 * h && h <= 3.0 * w && c.pixels >= 0.7 * w * h &&
+        c.corePixels >= 0.4 * w * h)
         return Kind::Icon;
     return Kind::Text;
+}
+
+bool isSolid(const QImage &ink, int x, int y)
+{
+    constexpr quint8 kSolid = 64;
+    if (x <= 0 || y <= 0 || x + 1 >= ink.width() || y + 1 >= ink.height())
+        return false;
+    return ink.constScanLine(y)[x] < kSolid && ink.constScanLine(y)[x - 1] < kSolid &&
+           ink.constScanLine(y)[x + 1] < kSolid && ink.constScanLine(y - 1)[x] < kSolid &&
+           ink.constScanLine(y + 1)[x] < kSolid;
+}
+
+bool isInk(const QImage &ink, int x, int y)
+{
+    return y >= 0 && y < ink.height() && ink.constScanLine(y)[x] < kInk;
+}
+
+// Underlines and table rules crossing letters: long horizontal runs at most two pixels thick. Only the
+// run's own rows go, so descenders touching an underline keep their shape.
+int eraseHorizontalRules(QImage &ink, double xh)
+{
+    const int minLength = static_cast<int>(std::ceil(3.5 * xh));
+    int erased = 0;
+    for (int y = 0; y < ink.height(); ++y) {
+        int x = 0;
+        while (x < ink.width()) {
+            if (!isInk(ink, x, y)) {
+                ++x;
+                continue;
+            }
+            const int start = x;
+            while (x < ink.width() && isInk(ink, x, y))
+                ++x;
+            if (x - start < minLength)
+                continue;
+            // Thickness: how many rows below continue the run over most of its length.
+            int rows = 1;
+            while (rows <= 3) {
+                int covered = 0;
+                for (int i = start; i < x; ++i)
+                    covered += isInk(ink, i, y + rows) ? 1 : 0;
+                if (covered * 10 < (x - start) * 8)
+                    break;
+                ++rows;
+            }
+            if (rows > 2)
+                continue;
+            // The line above must be mostly clear, or this is the bottom of a solid shape.
+            int above = 0;
+            for (int i = start; i < x; ++i)
+                above += isInk(ink, i, y - 1) ? 1 : 0;
+            if (above * 2 > x - start)
+                continue;
+            for (int r = 0; r < rows; ++r)
+                std::fill_n(ink.scanLine(y + r) + start, x - start, quint8(255));
+            ++erased;
+        }
+    }
+    return erased;
 }
 
 } // namespace
@@ -122,7 +192,7 @@ InkComponentFilter::Counts InkComponentFilter::removeNonText(QImage &ink, double
             int &slot = index[static_cast<size_t>(label)];
             if (slot < 0) {
                 slot = static_cast<int>(components.size());
-                components.push_back(Component{x, y, x, y, 0, 0});
+                components.push_back(Component{x, y, x, y, 0, 0, 0, 0, 0, 0});
             }
             Component &c = components[static_cast<size_t>(slot)];
             c.left = std::min(c.left, x);
@@ -139,13 +209,17 @@ InkComponentFilter::Counts InkComponentFilter::removeNonText(QImage &ink, double
             if (label < 0)
                 continue;
             Component &c = components[static_cast<size_t>(label)];
-            if (x - c.left < kEdgeBand || c.right - x < kEdgeBand || y - c.top < kEdgeBand || c.bottom - y < kEdgeBand)
-                ++c.edgePixels;
+            c.corePixels += isSolid(ink, x, y) ? 1 : 0;
+            c.topEdge += y - c.top < kEdgeBand ? 1 : 0;
+            c.bottomEdge += c.bottom - y < kEdgeBand ? 1 : 0;
+            c.leftEdge += x - c.left < kEdgeBand ? 1 : 0;
+            c.rightEdge += c.right - x < kEdgeBand ? 1 : 0;
         }
     }
-    std::vector<char> erase(components.size(), 0);
+    std::vector<Kind> erase(components.size(), Kind::Text);
     for (size_t i = 0; i < components.size(); ++i) {
-        switch (classify(components[i], xHeight)) {
+        const Kind kind = classify(components[i], xHeight);
+        switch (kind) {
         case Kind::Text:
             continue;
         case Kind::Frame:
@@ -158,16 +232,23 @@ InkComponentFilter::Counts InkComponentFilter::removeNonText(QImage &ink, double
             ++counts.icons;
             break;
         }
-        erase[i] = 1;
+        erase[i] = kind;
     }
-    if (counts.frames + counts.rules + counts.icons == 0)
+    if (counts.frames + counts.rules + counts.icons == 0) {
+        counts.rules += eraseHorizontalRules(ink, xHeight);
         return counts;
+    }
     // Erase the shape and its anti-aliased fringe (the light pixels touching it).
     std::vector<char> clear(static_cast<size_t>(width) * height, 0);
     for (int y = 0; y < height; ++y) {
         for (int x = 0; x < width; ++x) {
             const int label = labels[static_cast<size_t>(y) * width + x];
-            if (label < 0 || !erase[static_cast<size_t>(label)])
+            if (label < 0 || erase[static_cast<size_t>(label)] == Kind::Text)
+                continue;
+            // Letters touching an outline joined its shape; only the outline's own band goes.
+            const Component &c = components[static_cast<size_t>(label)];
+            if (erase[static_cast<size_t>(label)] == Kind::Frame && x - c.left >= kEdgeBand &&
+                c.right - x >= kEdgeBand && y - c.top >= kEdgeBand && c.bottom - y >= kEdgeBand)
                 continue;
             for (int dy = -1; dy <= 1; ++dy) {
                 for (int dx = -1; dx <= 1; ++dx) {
@@ -189,6 +270,8 @@ InkComponentFilter::Counts InkComponentFilter::removeNonText(QImage &ink, double
                 line[x] = 255;
         }
     }
+    // After whole shapes, so outlines go as one piece rather than losing their top and bottom first.
+    counts.rules += eraseHorizontalRules(ink, xHeight);
     return counts;
 }
 

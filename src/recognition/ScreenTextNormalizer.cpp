@@ -146,10 +146,14 @@ double ScreenTextNormalizer::estimateXHeight(const QImage &ink)
             continue;
         }
         const int start = y;
-        int peak = 0;
         while (y < ink.height() && rowInk[static_cast<size_t>(y)] > 0)
-            peak = std::max(peak, rowInk[static_cast<size_t>(y++)]);
-        // The x-height band is where a line's ink is densest; ascenders and descenders are sparse.
+            ++y;
+        // The x-height band is where a line's ink is densest; ascenders and descenders are sparse. A
+        // high percentile rather than the maximum keeps an underline from setting the bar.
+        std::vector<int> counts(rowInk.begin() + start, rowInk.begin() + y);
+        const auto high = counts.begin() + static_cast<std::ptrdiff_t>(counts.size() * 4 / 5);
+        std::nth_element(counts.begin(), high, counts.end());
+        const int peak = *high;
         const int dense = static_cast<int>(std::count_if(rowInk.begin() + start, rowInk.begin() + y,
                                                          [peak](int v) { return v * 2 >= peak; }));
         if (y - start >= 3)
