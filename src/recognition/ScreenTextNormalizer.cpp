@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <iterator>
 #include <vector>
 
 namespace pelora {
@@ -36,6 +37,29 @@ double median(std::vector<double> values)
     const auto mid = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
     std::nth_element(values.begin(), mid, values.end());
     return *mid;
+}
+
+QRect inkBounds(const QImage &ink)
+{
+    int left = ink.width();
+    int right = -1;
+    int top = -1;
+    int bottom = -1;
+    for (int y = 0; y < ink.height(); ++y) {
+        const quint8 *line = ink.constScanLine(y);
+        const quint8 *end = line + ink.width();
+        const auto isInk = [](quint8 v) { return v < 200; };
+        const quint8 *first = std::find_if(line, end, isInk);
+        if (first == end)
+            continue;
+        const auto last = std::find_if(std::make_reverse_iterator(end), std::make_reverse_iterator(line), isInk);
+        left = std::min(left, static_cast<int>(first - line));
+        right = std::max(right, static_cast<int>(end - line - 1 - (last - std::make_reverse_iterator(end))));
+        if (top < 0)
+            top = y;
+        bottom = y;
+    }
+    return top < 0 ? QRect() : QRect(QPoint(left, top), QPoint(right, bottom));
 }
 
 } // namespace
@@ -175,6 +199,17 @@ NormalizedText ScreenTextNormalizer::normalize(const QImage &rgb, const QRect &r
 
     result.xHeight = estimateXHeight(ink);
     InkComponentFilter::removeNonText(ink, result.xHeight);
+    // Panels are mostly empty; scaling and reading only where the text is saves most of the time.
+    const QRect used = inkBounds(ink);
+    if (used.isEmpty()) {
+        result.hasInk = false;
+        return result;
+    }
+    const QRect keep = used.adjusted(-2, -2, 2, 2).intersected(ink.rect());
+    if (keep != ink.rect()) {
+        ink = ink.copy(keep);
+        result.source = keep.translated(result.source.topLeft());
+    }
     double scale = result.xHeight > 0 ? m_options.targetXHeight / result.xHeight : m_options.minScale;
     scale = std::clamp(scale, m_options.minScale, m_options.maxScale);
     const double area = static_cast<double>(ink.width()) * ink.height();

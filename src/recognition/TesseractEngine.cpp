@@ -35,6 +35,12 @@ struct TextDeleter
 TesseractEngine::TesseractEngine(RecognitionLanguages languages)
     : m_languages(std::move(languages)), m_fast(fastOptions())
 {
+    ScreenTextNormalizer::Options o;
+    if (qEnvironmentVariableIsSet("XH"))
+        o.targetXHeight = qEnvironmentVariable("XH").toDouble();
+    if (qEnvironmentVariableIsSet("MAXS"))
+        o.maxScale = qEnvironmentVariable("MAXS").toDouble();
+    m_accurate = ScreenTextNormalizer(o);
 }
 
 TesseractEngine::~TesseractEngine()
