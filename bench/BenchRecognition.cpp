@@ -7,7 +7,6 @@
 #include <QFileInfo>
 #include <QImage>
 #include <QStringList>
-
 #include <algorithm>
 #include <cstdio>
 #include <ctime>

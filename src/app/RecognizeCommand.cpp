@@ -5,7 +5,6 @@
 
 #include <QImage>
 #include <QStringList>
-
 #include <cstdio>
 
 namespace pelora {

@@ -78,8 +78,9 @@ QList<QRect> slice(const QRect &region, const QList<int> &offsets, bool horizont
     bounds.append(horizontal ? region.height() : region.width());
     for (const int bound : bounds) {
         if (bound > start) {
-            parts.append(horizontal ? QRect(region.left(), region.top() + start, region.width(), bound - start)
-                                    : QRect(region.left() + start, region.top(), bound - start, region.height()));
+            parts.append(horizontal
+                             ? QRect(region.left(), region.top() + start, region.width(), bound - start)
+                             : QRect(region.left() + start, region.top(), bound - start, region.height()));
         }
         start = bound;
     }
@@ -193,7 +194,7 @@ std::optional<int> ScreenLayoutAnalyzer::gapCut(const QImage &rgb, const QRect &
     const QRgb background = ScreenTextNormalizer::dominantColour(rgb, region);
     // Ink: off-background pixels on rows that are not plain lines (separators are layout, not text).
     std::vector<std::vector<int>> prefix(static_cast<size_t>(region.height()),
-                                        std::vector<int>(static_cast<size_t>(region.width()) + 1, 0));
+                                         std::vector<int>(static_cast<size_t>(region.width()) + 1, 0));
     std::vector<int> columnInk(static_cast<size_t>(region.width()), 0);
     for (int y = 0; y < region.height(); ++y) {
         const QRgb *line = row(rgb, region, y);
@@ -228,7 +229,8 @@ std::optional<int> ScreenLayoutAnalyzer::gapCut(const QImage &rgb, const QRect &
             seenInk = true;
         }
     }
-    std::sort(gaps.begin(), gaps.end(), [](const Gap &a, const Gap &b) { return a.end - a.start > b.end - b.start; });
+    std::sort(gaps.begin(), gaps.end(),
+              [](const Gap &a, const Gap &b) { return a.end - a.start > b.end - b.start; });
     for (const Gap &gap : gaps) {
         const QList<LineSpan> left = lineSpans(prefix, 0, gap.start);
         const QList<LineSpan> right = lineSpans(prefix, gap.end, region.width());

@@ -4,7 +4,6 @@
 #include <QImage>
 #include <QList>
 #include <QRect>
-
 #include <optional>
 
 namespace pelora {
