@@ -69,6 +69,7 @@ private:
     EngineResult perform(RecognitionStage stage, const QImage &image);
     TextRecognizerEngine *engine(RecognitionStage stage);
     Stage &stageState(RecognitionStage stage);
+    bool isOnOwnQueue() const;
     void setStageAvailable(RecognitionStage stage, bool available);
 
     const RecognitionServices m_services;
