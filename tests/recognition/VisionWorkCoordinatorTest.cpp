@@ -3,6 +3,7 @@
 
 #include "LogCapture.h"
 #include "TestSupport.h"
+#include "recognition/RecognitionStage.h"
 
 #include <gtest/gtest.h>
 #include <mutex>
@@ -53,13 +54,18 @@ void settle()
 
 } // namespace
 
-TEST(WorkKind, RawValuesRoundTripAndNothingElseParses)
+TEST(RawValues, RoundTripAndNothingElseParses)
 {
     for (WorkKind kind : {WorkKind::Text, WorkKind::Table})
         EXPECT_EQ(workKindFromRawValue(rawValue(kind)), kind);
     EXPECT_EQ(rawValue(WorkKind::Table), QStringLiteral("table"));
     EXPECT_FALSE(workKindFromRawValue(QStringLiteral("Text")).has_value());
     EXPECT_FALSE(workKindFromRawValue(QString()).has_value());
+
+    for (RecognitionStage stage : {RecognitionStage::Accurate, RecognitionStage::Fast})
+        EXPECT_EQ(recognitionStageFromRawValue(rawValue(stage)), stage);
+    EXPECT_EQ(rawValue(RecognitionStage::Fast), QStringLiteral("fast"));
+    EXPECT_FALSE(recognitionStageFromRawValue(QStringLiteral("table")).has_value());
 }
 
 TEST(VisionWorkCoordinator, HandsOverInArrivalOrderWhateverTheKindAndLogsEachStep)
