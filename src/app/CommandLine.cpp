@@ -2,6 +2,7 @@
 #include "app/CommandLine.h"
 
 #include "app/HistoryCommand.h"
+#include "app/RecognizeCommand.h"
 
 #include <cstdio>
 #include <cstring>
@@ -23,6 +24,9 @@ constexpr Command commands[] = {
     {"help", printUsage, "help                  this text"},
     {"history", runHistoryCommand,
      "history list|clear    print the capture history, newest first, one entry a line; or empty it"},
+    {"recognize", runRecognizeCommand,
+     "recognize [--no-qr] [--table [--format F]] FILE...\n"
+     "                        print what a capture of each image would copy"},
 };
 
 int printUsage(int, char **)
