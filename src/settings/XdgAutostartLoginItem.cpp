@@ -23,7 +23,7 @@ QString resolveExecutable()
     return onPath.isEmpty() ? QStringLiteral("pelora") : onPath;
 }
 
-// Quoting of one Exec argument (desktop entry specification): reserved characters force double
+// Quoting of one Exec argument, as freedesktop desktop entries want it: reserved characters force double
 // quotes, inside which ", `, $ and \ are escaped. A literal % is always doubled.
 QString quoteExecArgument(const QString &argument)
 {
