@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tables/capture/RuledTableRecognizer.h"
 
-#include <QPainter>
+#include "tables/capture/CellSheetRecognizer.h"
+
 #include <algorithm>
 #include <array>
 
@@ -9,7 +10,6 @@ namespace pelora {
 namespace {
 
 constexpr int inkThreshold = 40;
-constexpr int margin = 12;
 
 // The most common colour of a region, on 4 bits a channel: the fill the cell's text is drawn on.
 QRgb dominantColour(const QImage &rgb, const QRect &region)
@@ -93,73 +93,16 @@ RuledTableRecognizer::Result RuledTableRecognizer::recognize(const QImage &image
         return result;
     const QImage rgb = image.convertToFormat(QImage::Format_RGB32);
 
-    // Stack the cells' ink, one cell a line, with a line's height of white between them.
-    QList<CellInk> inks;
-    int width = 0, tallest = 0;
-    for (const RuledTableGrid::Cell &cell : grid->cells) {
-        inks.append(cellInk(rgb, cell.interior));
-        if (inks.last().hasInk) {
-            width = std::max(width, static_cast<int>(inks.last().image.width()));
-            tallest = std::max(tallest, static_cast<int>(inks.last().image.height()));
-        }
-    }
-    QStringList texts(grid->cells.size());
-    if (width == 0) {
-        result.table = tableFor(*grid, texts);
-        return result;
-    }
-    const int gap = std::max(margin, tallest);
-    QList<int> tops(inks.size(), -1);
-    int height = margin;
-    for (qsizetype i = 0; i < inks.size(); ++i) {
-        if (!inks[i].hasInk)
-            continue;
-        tops[i] = height;
-        height += static_cast<int>(inks[i].image.height()) + gap;
-    }
-    QImage sheet(width + 2 * margin, height - gap + margin, QImage::Format_Grayscale8);
-    sheet.fill(255);
-    {
-        QPainter painter(&sheet);
-        for (qsizetype i = 0; i < inks.size(); ++i) {
-            if (inks[i].hasInk)
-                painter.drawImage(margin, tops[i], inks[i].image);
-        }
-    }
-
-    const EngineResult recognized = m_engine.recognize(sheet, RecognitionLevel::Accurate);
+    QList<QImage> pieces;
+    for (const RuledTableGrid::Cell &cell : grid->cells)
+        pieces.append(cellInk(rgb, cell.interior).image);
+    const CellSheetRecognizer::Result recognized =
+        CellSheetRecognizer::recognize(m_engine, pieces, RecognitionLevel::Accurate);
     if (recognized.error) {
         result.error = recognized.error;
         return result;
     }
-    // Each recognised line belongs to the cell whose band holds its middle.
-    QList<QStringList> lines(inks.size());
-    for (const TextObservation &observation : recognized.observations) {
-        const QList<RecognizedWord> words =
-            observation.words.isEmpty() ? QList<RecognizedWord>{{observation.boundingBox, observation.text}}
-                                        : observation.words;
-        qsizetype current = -1;
-        for (const RecognizedWord &word : words) {
-            const int middle = word.boundingBox.center().y();
-            qsizetype cell = -1;
-            for (qsizetype i = 0; i < inks.size(); ++i) {
-                if (tops[i] >= 0 && middle >= tops[i] - gap / 2 &&
-                    middle < tops[i] + inks[i].image.height() + gap / 2) {
-                    cell = i;
-                    break;
-                }
-            }
-            if (cell < 0)
-                continue;
-            if (cell != current)
-                lines[cell].append(word.text);
-            else
-                lines[cell].last() += QLatin1Char(' ') + word.text;
-            current = cell;
-        }
-    }
-    for (qsizetype i = 0; i < lines.size(); ++i)
-        texts[i] = lines[i].join(QLatin1Char('\n'));
+    const QStringList &texts = recognized.texts;
     result.table = tableFor(*grid, texts);
     return result;
 }

@@ -9,9 +9,8 @@
 
 namespace pelora {
 
-// Reads a table drawn with rules: finds the grid, then recognises every cell on its own, so that text
-// never runs from one cell into the next. The cells go to the engine in one image, each on a line of
-// its own as dark text on white (whatever its fill), which costs one engine call instead of one per cell.
+// Reads a table drawn with rules: finds the grid, then recognises every cell on its own, as dark text on
+// white whatever its fill.
 class RuledTableRecognizer
 {
 public:

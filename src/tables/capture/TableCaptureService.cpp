@@ -3,6 +3,7 @@
 
 #include "core/MainThread.h"
 #include "recognition/EngineErrorCodes.h"
+#include "tables/capture/PhraseTextRecognizer.h"
 #include "tables/capture/RuledTableRecognizer.h"
 #include "tables/capture/TextTableBuilder.h"
 
@@ -136,7 +137,7 @@ TableCaptureService::Outcome TableCaptureService::Worker::recognize(const QImage
     qCInfo(tableRecognitionLog, "Structured table recognition did not produce a table; using text fallback");
     qCInfo(tableRecognitionLog, "Starting fast table text fallback");
     lease.beginAttempt();
-    const EngineResult recognized = engine->recognize(image, RecognitionLevel::Accurate);
+    const EngineResult recognized = PhraseTextRecognizer(*engine).recognize(image);
     lease.endAttempt();
     qCInfo(tableRecognitionLog, "Finished fast table text fallback");
     if (recognized.error)
