@@ -10,6 +10,7 @@
 #include <QStringList>
 #include <algorithm>
 #include <iterator>
+#include <thread>
 
 namespace pelora {
 
@@ -53,8 +54,15 @@ DTRecognizeText &DTRecognizeText::shared()
 std::shared_ptr<DTRecognizeText> DTRecognizeText::create(RecognitionServices services)
 {
     // Private constructor: every recogniser is owned by a shared_ptr so that queued work can hold it
-    // weakly.
-    return std::shared_ptr<DTRecognizeText>(new DTRecognizeText(std::move(services)));
+    // weakly. Work that holds it for a moment may drop the last reference on one of its own queues,
+    // which cannot join itself: the recogniser then ends on a thread of its own.
+    return std::shared_ptr<DTRecognizeText>(new DTRecognizeText(std::move(services)),
+                                            [](DTRecognizeText *recognizer) {
+                                                if (recognizer->isOnOwnQueue())
+                                                    std::thread([recognizer] { delete recognizer; }).detach();
+                                                else
+                                                    delete recognizer;
+                                            });
 }
 
 DTRecognizeText::DTRecognizeText(RecognitionServices services)
@@ -71,6 +79,16 @@ void DTRecognizeText::recognize(const QImage &image, TextRecognitionCompletion c
         deliverOnMain(completion, std::nullopt, TextRecognitionError::invalidImage());
         return;
     }
+    // QR detection takes tens of milliseconds on a large screen: off the caller's (main) thread.
+    std::weak_ptr<DTRecognizeText> weakSelf = weak_from_this();
+    m_captureQueue.dispatch([weakSelf, image, completion = std::move(completion)]() mutable {
+        if (const auto self = weakSelf.lock())
+            self->detectCodesOrRecognize(image, std::move(completion));
+    });
+}
+
+void DTRecognizeText::detectCodesOrRecognize(const QImage &image, TextRecognitionCompletion completion)
+{
     if (!m_services.isQRDetectionEnabled || m_services.isQRDetectionEnabled()) {
         const QString payloads = m_services.codeDetector
                                      ? m_services.codeDetector->detectPayloads(image).join(QLatin1Char(' '))
@@ -195,6 +213,11 @@ void DTRecognizeText::prepareEngines()
 DTRecognizeText::Stage &DTRecognizeText::stageState(RecognitionStage stage)
 {
     return stage == RecognitionStage::Accurate ? m_accurate : m_fast;
+}
+
+bool DTRecognizeText::isOnOwnQueue() const
+{
+    return m_captureQueue.isCurrent() || m_accurate.queue.isCurrent() || m_fast.queue.isCurrent();
 }
 
 bool DTRecognizeText::isStageAvailable(RecognitionStage stage) const

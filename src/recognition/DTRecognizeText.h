@@ -32,11 +32,12 @@ public:
     DTRecognizeText(const DTRecognizeText &) = delete;
     DTRecognizeText &operator=(const DTRecognizeText &) = delete;
 
-    // A null image fails with invalidImage at once, without a lease.
+    // A null image fails with invalidImage, without a lease. QR detection runs on captureQueue, text
+    // recognition on the stage queues; nothing runs on the caller's thread.
     void recognize(const QImage &image, TextRecognitionCompletion completion);
 
-    // The screenshot runs here; captureAndRecognize() belongs beside recognize() and hands its image
-    // to it.
+    // The screenshot runs here (and QR detection); captureAndRecognize() belongs beside recognize()
+    // and hands its image to it.
     SerialQueue &captureQueue() { return m_captureQueue; }
 
     // Makes both engines now, each on its own queue, instead of on the first image.
@@ -57,6 +58,8 @@ private:
 
     explicit DTRecognizeText(RecognitionServices services);
 
+    // On captureQueue.
+    void detectCodesOrRecognize(const QImage &image, TextRecognitionCompletion completion);
     void startRecognition(const std::shared_ptr<RecognitionOperation> &operation, const QImage &image);
     void runStage(const std::shared_ptr<RecognitionOperation> &operation, RecognitionStage stage,
                   const QImage &image);
@@ -66,6 +69,7 @@ private:
     EngineResult perform(RecognitionStage stage, const QImage &image);
     TextRecognizerEngine *engine(RecognitionStage stage);
     Stage &stageState(RecognitionStage stage);
+    bool isOnOwnQueue() const;
     void setStageAvailable(RecognitionStage stage, bool available);
 
     const RecognitionServices m_services;

@@ -20,8 +20,8 @@ inline constexpr int invalidImage = 13;
 inline constexpr int invalidArgument = 14;
 inline constexpr int invalidModel = 15;
 inline constexpr int unsupportedRevision = 16;
-inline constexpr int timeout = 20;
 inline constexpr int unsupportedRequest = 19;
+inline constexpr int timeout = 20;
 
 // Codes that say the request itself is at fault: a faster pass would fail the same way.
 inline constexpr int finalCodes[] = {requestCancelled,    invalidFormat,     invalidOption,

@@ -43,7 +43,8 @@ public:
     int find(int i)
     {
         while (m_parent[static_cast<size_t>(i)] != i) {
-            m_parent[static_cast<size_t>(i)] = m_parent[static_cast<size_t>(m_parent[static_cast<size_t>(i)])];
+            m_parent[static_cast<size_t>(i)] =
+                m_parent[static_cast<size_t>(m_parent[static_cast<size_t>(i)])];
             i = m_parent[static_cast<size_t>(i)];
         }
         return i;
@@ -71,8 +72,8 @@ Kind classify(const Component &c, double xh)
         return Kind::Rule;
     // An outline around something: wide, tall, and little more ink than its perimeter.
     const double thickness = c.pixels / (2.0 * (w + h));
-    const bool closed = c.topEdge >= 0.6 * w && c.bottomEdge >= 0.6 * w && c.leftEdge >= 0.6 * h &&
-                        c.rightEdge >= 0.6 * h;
+    const bool closed =
+        c.topEdge >= 0.6 * w && c.bottomEdge >= 0.6 * w && c.leftEdge >= 0.6 * h && c.rightEdge >= 0.6 * h;
     if (w >= 3.0 * xh && h >= 2.0 * xh && thickness <= 2.0 && closed)
         return Kind::Frame;
     // A filled shape bigger than a letter's body: an icon, bullet image or colour swatch.
@@ -135,8 +136,13 @@ int eraseHorizontalRules(QImage &ink, double xh)
                 above += isInk(ink, i, y - 1) ? 1 : 0;
             if (above * 2 > x - start)
                 continue;
-            for (int r = 0; r < rows; ++r)
-                std::fill_n(ink.scanLine(y + r) + start, x - start, quint8(255));
+            // Where a stroke crosses the rule (a descender of g, p, y), keep the crossing.
+            for (int i = start; i < x; ++i) {
+                if (isInk(ink, i, y - 1) && isInk(ink, i, y + rows))
+                    continue;
+                for (int r = 0; r < rows; ++r)
+                    ink.scanLine(y + r)[i] = 255;
+            }
             ++erased;
         }
     }

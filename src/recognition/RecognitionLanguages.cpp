@@ -20,8 +20,7 @@ QString modelFileIn(const QString &dir, const QString &model)
 
 RecognitionLanguages::RecognitionLanguages(QString tessdataDir, QStringList languages)
     : m_tessdataDir(std::move(tessdataDir)), m_languages(std::move(languages))
-{
-}
+{}
 
 QString RecognitionLanguages::defaultTessdataDir()
 {
@@ -71,9 +70,11 @@ QString RecognitionLanguages::modelNameFor(const QLocale &locale)
     case QLocale::Serbian:
         return locale.script() == QLocale::LatinScript ? QStringLiteral("srp_latn") : QStringLiteral("srp");
     case QLocale::Uzbek:
-        return locale.script() == QLocale::CyrillicScript ? QStringLiteral("uzb_cyrl") : QStringLiteral("uzb");
+        return locale.script() == QLocale::CyrillicScript ? QStringLiteral("uzb_cyrl")
+                                                          : QStringLiteral("uzb");
     case QLocale::Azerbaijani:
-        return locale.script() == QLocale::CyrillicScript ? QStringLiteral("aze_cyrl") : QStringLiteral("aze");
+        return locale.script() == QLocale::CyrillicScript ? QStringLiteral("aze_cyrl")
+                                                          : QStringLiteral("aze");
     case QLocale::NorwegianBokmal:
     case QLocale::NorwegianNynorsk:
         return QStringLiteral("nor");

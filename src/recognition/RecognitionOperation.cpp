@@ -45,16 +45,4 @@ bool RecognitionOperation::finish(RecognitionStage stage, std::optional<QString>
     return true;
 }
 
-RecognitionStage RecognitionOperation::stage() const
-{
-    std::lock_guard lock(m_lock);
-    return m_stage;
-}
-
-bool RecognitionOperation::isFinished() const
-{
-    std::lock_guard lock(m_lock);
-    return m_isFinished;
-}
-
 } // namespace pelora

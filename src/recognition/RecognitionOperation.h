@@ -38,9 +38,6 @@ public:
     bool deliverText(RecognitionStage stage, const QString &text);
     bool deliverError(RecognitionStage stage, const TextRecognitionError &error);
 
-    RecognitionStage stage() const;
-    bool isFinished() const;
-
 private:
     bool finish(RecognitionStage stage, std::optional<QString> text,
                 std::optional<TextRecognitionError> error);

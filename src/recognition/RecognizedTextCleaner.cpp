@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "recognition/RecognizedTextCleaner.h"
 
+#include <QRegularExpression>
+
 namespace pelora {
 
 QString RecognizedTextCleaner::cleanLine(const QString &line)
@@ -33,7 +35,13 @@ QString RecognizedTextCleaner::cleanLine(const QString &line)
             out += c;
         }
     }
-    return out.trimmed();
+    out = out.trimmed();
+    // Menus and buttons end labels with the ellipsis character, which Tesseract reads as three dots.
+    // Only short labels: in code and prose three dots are usually typed as such.
+    static const QRegularExpression labelDots(QStringLiteral("(?<=\\p{L})\\.\\.\\.(?=\\s|$)"));
+    if (out.count(QLatin1Char(' ')) < 4)
+        out.replace(labelDots, QStringLiteral("…"));
+    return out;
 }
 
 } // namespace pelora

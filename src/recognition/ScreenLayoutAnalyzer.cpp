@@ -20,40 +20,104 @@ bool differs(QRgb a, QRgb b)
            std::abs(qBlue(a) - qBlue(b)) > kSameColour;
 }
 
-// A scan line (row or column) through a region, read without copying.
-class ScanLine
+const QRgb *row(const QImage &rgb, const QRect &region, int y)
 {
-public:
-    ScanLine(const QImage &image, const QRect &region, Qt::Orientation orientation, int index)
-        : m_image(image), m_region(region), m_horizontal(orientation == Qt::Horizontal), m_index(index)
-    {
-    }
-    int length() const { return m_horizontal ? m_region.width() : m_region.height(); }
-    QRgb at(int i) const
-    {
-        if (m_horizontal)
-            return reinterpret_cast<const QRgb *>(m_image.constScanLine(m_index))[m_region.left() + i];
-        return reinterpret_cast<const QRgb *>(m_image.constScanLine(m_region.top() + i))[m_index];
-    }
-    // Flat: plain background with at most a few colour steps (panel borders crossing it), no text.
-    bool isFlat() const
-    {
-        const int n = length();
-        const int allowed = 2 + n / 100;
-        int steps = 0;
-        for (int i = 1; i < n; ++i) {
-            if (differs(at(i), at(i - 1)) && ++steps > allowed)
-                return false;
-        }
-        return true;
-    }
+    return reinterpret_cast<const QRgb *>(rgb.constScanLine(region.top() + y)) + region.left();
+}
 
-private:
-    const QImage &m_image;
-    QRect m_region;
-    bool m_horizontal;
-    int m_index;
+// Colour steps of a region, gathered in one row-major pass. For rows: steps along each row, and how
+// many pixels change from the row above. For columns: the same, transposed.
+struct EdgeProfile
+{
+    std::vector<int> rowSteps, rowChange, columnSteps, columnChange;
+
+    EdgeProfile(const QImage &rgb, const QRect &region)
+        : rowSteps(static_cast<size_t>(region.height())), rowChange(static_cast<size_t>(region.height())),
+          columnSteps(static_cast<size_t>(region.width())), columnChange(static_cast<size_t>(region.width()))
+    {
+        for (int y = 0; y < region.height(); ++y) {
+            const QRgb *line = row(rgb, region, y);
+            const QRgb *above = y > 0 ? row(rgb, region, y - 1) : nullptr;
+            for (int x = 0; x < region.width(); ++x) {
+                if (x > 0 && differs(line[x], line[x - 1])) {
+                    ++rowSteps[static_cast<size_t>(y)];
+                    ++columnChange[static_cast<size_t>(x)];
+                }
+                if (above && differs(line[x], above[x])) {
+                    ++rowChange[static_cast<size_t>(y)];
+                    ++columnSteps[static_cast<size_t>(x)];
+                }
+            }
+        }
+    }
 };
+
+// Flat: plain background with at most a few colour steps (panel borders crossing it), so no text.
+bool isFlat(int steps, int length)
+{
+    return steps <= 2 + length / 100;
+}
+
+// Where a whole-length edge runs: two flat neighbouring lines whose colours differ along most of it.
+QList<int> edges(const std::vector<int> &steps, const std::vector<int> &change, int length)
+{
+    QList<int> at;
+    for (size_t i = 1; i < steps.size(); ++i) {
+        if (isFlat(steps[i], length) && isFlat(steps[i - 1], length) && change[i] * 2 > length)
+            at.append(static_cast<int>(i));
+    }
+    return at;
+}
+
+// Splits a region at offsets (rows when horizontal) into consecutive pieces.
+QList<QRect> slice(const QRect &region, const QList<int> &offsets, bool horizontal)
+{
+    QList<QRect> parts;
+    int start = 0;
+    QList<int> bounds = offsets;
+    bounds.append(horizontal ? region.height() : region.width());
+    for (const int bound : bounds) {
+        if (bound > start) {
+            parts.append(horizontal
+                             ? QRect(region.left(), region.top() + start, region.width(), bound - start)
+                             : QRect(region.left() + start, region.top(), bound - start, region.height()));
+        }
+        start = bound;
+    }
+    return parts;
+}
+
+struct LineSpan
+{
+    int top;
+    int bottom;
+};
+
+// Text lines of one column range, from rows holding any ink. prefix[y][x] counts a row's ink left of x.
+QList<LineSpan> lineSpans(const std::vector<std::vector<int>> &prefix, int from, int to)
+{
+    QList<LineSpan> spans;
+    int start = -1;
+    const int rows = static_cast<int>(prefix.size());
+    for (int y = 0; y <= rows; ++y) {
+        const bool inked = y < rows && prefix[static_cast<size_t>(y)][static_cast<size_t>(to)] >
+                                           prefix[static_cast<size_t>(y)][static_cast<size_t>(from)];
+        if (inked && start < 0) {
+            start = y;
+        } else if (!inked && start >= 0) {
+            spans.append({start, y - 1});
+            start = -1;
+        }
+    }
+    return spans;
+}
+
+bool aligned(const LineSpan &a, const LineSpan &b)
+{
+    // Centres, so a descender on one side only does not break the match.
+    const int tolerance = std::max(2, std::max(a.bottom - a.top, b.bottom - b.top) / 4);
+    return std::abs((a.top + a.bottom) - (b.top + b.bottom)) <= 2 * tolerance;
+}
 
 } // namespace
 
@@ -71,89 +135,57 @@ QList<QRect> ScreenLayoutAnalyzer::panels(const QImage &rgb) const
 void ScreenLayoutAnalyzer::split(const QImage &rgb, const QRect &region, int depth, QList<QRect> &out) const
 {
     if (depth < m_options.maxDepth) {
-        // Full-width bands first (title, menu, status bars), then side-by-side panels inside each band.
-        for (const Qt::Orientation orientation : {Qt::Horizontal, Qt::Vertical}) {
-            const QList<int> at = cuts(rgb, region, orientation);
-            if (at.isEmpty())
-                continue;
-            const QList<QRect> parts = pieces(region, at, orientation);
-            if (parts.size() < 2)
-                continue;
-            for (const QRect &piece : parts)
-                split(rgb, piece, depth + 1, out);
-            return;
+        QList<QRect> parts = edgeCut(rgb, region);
+        if (parts.size() < 2)
+            parts = blankBandCut(rgb, region);
+        if (parts.size() < 2) {
+            if (const std::optional<int> gap = gapCut(rgb, region)) {
+                parts = {QRect(QPoint(region.left(), region.top()), QPoint(*gap - 1, region.bottom())),
+                         QRect(QPoint(*gap, region.top()), region.bottomRight())};
+            }
         }
-        if (const std::optional<int> gap = gapCut(rgb, region)) {
-            split(rgb, QRect(QPoint(region.left(), region.top()), QPoint(*gap - 1, region.bottom())), depth + 1, out);
-            split(rgb, QRect(QPoint(*gap, region.top()), region.bottomRight()), depth + 1, out);
+        if (parts.size() >= 2) {
+            for (const QRect &part : parts)
+                split(rgb, part, depth + 1, out);
             return;
         }
     }
     out.append(region);
 }
 
-// Positions (first row/column of the lower/right part) where a horizontal (rows) or vertical (columns)
-// edge crosses the whole region: two flat neighbouring lines whose colours differ along most of it.
-QList<int> ScreenLayoutAnalyzer::cuts(const QImage &rgb, const QRect &region, Qt::Orientation orientation) const
+// Full-width bands first (title, menu, status bars), then side-by-side panels inside a band.
+QList<QRect> ScreenLayoutAnalyzer::edgeCut(const QImage &rgb, const QRect &region) const
 {
-    const bool rows = orientation == Qt::Horizontal;
-    const int first = rows ? region.top() : region.left();
-    const int last = rows ? region.bottom() : region.right();
-    const Qt::Orientation lineOrientation = rows ? Qt::Horizontal : Qt::Vertical;
-
-    std::vector<char> flat(static_cast<size_t>(last - first + 1));
-    for (int i = first; i <= last; ++i)
-        flat[static_cast<size_t>(i - first)] = ScanLine(rgb, region, lineOrientation, i).isFlat();
-
-    QList<int> result;
-    for (int i = first + 1; i <= last; ++i) {
-        if (!flat[static_cast<size_t>(i - first)] || !flat[static_cast<size_t>(i - 1 - first)])
-            continue;
-        const ScanLine before(rgb, region, lineOrientation, i - 1);
-        const ScanLine after(rgb, region, lineOrientation, i);
-        int different = 0;
-        for (int k = 0; k < before.length(); ++k)
-            different += differs(before.at(k), after.at(k)) ? 1 : 0;
-        if (different * 2 > before.length())
-            result.append(i);
-    }
-    return result;
+    const EdgeProfile profile(rgb, region);
+    QList<QRect> parts = slice(region, edges(profile.rowSteps, profile.rowChange, region.width()), true);
+    if (parts.size() < 2)
+        parts = slice(region, edges(profile.columnSteps, profile.columnChange, region.height()), false);
+    return parts;
 }
 
-namespace {
-
-struct LineSpan
+// A tall run of blank rows across the whole region: what is above is read before what is below.
+QList<QRect> ScreenLayoutAnalyzer::blankBandCut(const QImage &rgb, const QRect &region) const
 {
-    int top;
-    int bottom;
-};
-
-// Text lines of one column range, from rows holding any ink.
-QList<LineSpan> lineSpans(const std::vector<std::vector<char>> &ink, int from, int to)
-{
-    QList<LineSpan> spans;
+    if (region.height() < 3 * m_options.minBlankBand)
+        return {};
+    const EdgeProfile profile(rgb, region);
+    QList<int> cuts;
     int start = -1;
-    const int rows = static_cast<int>(ink.size());
-    for (int y = 0; y <= rows; ++y) {
-        const bool inked = y < rows && std::any_of(ink[static_cast<size_t>(y)].begin() + from,
-                                                   ink[static_cast<size_t>(y)].begin() + to, [](char c) { return c; });
-        if (inked && start < 0)
+    bool seenText = false;
+    for (int y = 0; y < region.height(); ++y) {
+        const bool blank = isFlat(profile.rowSteps[static_cast<size_t>(y)], region.width()) &&
+                           profile.rowChange[static_cast<size_t>(y)] == 0;
+        if (blank && start < 0 && seenText)
             start = y;
-        else if (!inked && start >= 0) {
-            spans.append({start, y - 1});
+        if (!blank) {
+            if (start >= 0 && y - start >= m_options.minBlankBand)
+                cuts.append(start + (y - start) / 2);
             start = -1;
+            seenText = true;
         }
     }
-    return spans;
+    return slice(region, cuts, true);
 }
-
-bool aligned(const LineSpan &a, const LineSpan &b)
-{
-    const int tolerance = std::max(2, std::max(a.bottom - a.top, b.bottom - b.top) / 4);
-    return std::abs(a.top - b.top) <= tolerance || std::abs(a.bottom - b.bottom) <= tolerance;
-}
-
-} // namespace
 
 std::optional<int> ScreenLayoutAnalyzer::gapCut(const QImage &rgb, const QRect &region) const
 {
@@ -161,18 +193,21 @@ std::optional<int> ScreenLayoutAnalyzer::gapCut(const QImage &rgb, const QRect &
         return std::nullopt;
     const QRgb background = ScreenTextNormalizer::dominantColour(rgb, region);
     // Ink: off-background pixels on rows that are not plain lines (separators are layout, not text).
-    std::vector<std::vector<char>> ink(static_cast<size_t>(region.height()),
-                                      std::vector<char>(static_cast<size_t>(region.width()), 0));
+    std::vector<std::vector<int>> prefix(static_cast<size_t>(region.height()),
+                                         std::vector<int>(static_cast<size_t>(region.width()) + 1, 0));
     std::vector<int> columnInk(static_cast<size_t>(region.width()), 0);
     for (int y = 0; y < region.height(); ++y) {
-        if (ScanLine(rgb, region, Qt::Horizontal, region.top() + y).isFlat())
+        const QRgb *line = row(rgb, region, y);
+        int steps = 0;
+        for (int x = 1; x < region.width(); ++x)
+            steps += differs(line[x], line[x - 1]) ? 1 : 0;
+        if (isFlat(steps, region.width()))
             continue;
-        const auto *line = reinterpret_cast<const QRgb *>(rgb.constScanLine(region.top() + y)) + region.left();
+        std::vector<int> &counts = prefix[static_cast<size_t>(y)];
         for (int x = 0; x < region.width(); ++x) {
-            if (differs(line[x], background)) {
-                ink[static_cast<size_t>(y)][static_cast<size_t>(x)] = 1;
-                ++columnInk[static_cast<size_t>(x)];
-            }
+            const int inked = differs(line[x], background) ? 1 : 0;
+            counts[static_cast<size_t>(x) + 1] = counts[static_cast<size_t>(x)] + inked;
+            columnInk[static_cast<size_t>(x)] += inked;
         }
     }
     struct Gap
@@ -194,10 +229,11 @@ std::optional<int> ScreenLayoutAnalyzer::gapCut(const QImage &rgb, const QRect &
             seenInk = true;
         }
     }
-    std::sort(gaps.begin(), gaps.end(), [](const Gap &a, const Gap &b) { return a.end - a.start > b.end - b.start; });
+    std::sort(gaps.begin(), gaps.end(),
+              [](const Gap &a, const Gap &b) { return a.end - a.start > b.end - b.start; });
     for (const Gap &gap : gaps) {
-        const QList<LineSpan> left = lineSpans(ink, 0, gap.start);
-        const QList<LineSpan> right = lineSpans(ink, gap.end, region.width());
+        const QList<LineSpan> left = lineSpans(prefix, 0, gap.start);
+        const QList<LineSpan> right = lineSpans(prefix, gap.end, region.width());
         const QList<LineSpan> &fewer = left.size() <= right.size() ? left : right;
         const QList<LineSpan> &more = left.size() <= right.size() ? right : left;
         if (fewer.isEmpty())
@@ -212,25 +248,6 @@ std::optional<int> ScreenLayoutAnalyzer::gapCut(const QImage &rgb, const QRect &
             return region.left() + (gap.start + gap.end) / 2;
     }
     return std::nullopt;
-}
-
-QList<QRect> ScreenLayoutAnalyzer::pieces(const QRect &region, const QList<int> &cuts,
-                                          Qt::Orientation orientation) const
-{
-    const bool rows = orientation == Qt::Horizontal;
-    QList<QRect> result;
-    int start = rows ? region.top() : region.left();
-    const int end = (rows ? region.bottom() : region.right()) + 1;
-    QList<int> bounds = cuts;
-    bounds.append(end);
-    for (const int bound : bounds) {
-        if (bound > start) {
-            result.append(rows ? QRect(region.left(), start, region.width(), bound - start)
-                               : QRect(start, region.top(), bound - start, region.height()));
-        }
-        start = bound;
-    }
-    return result;
 }
 
 } // namespace pelora

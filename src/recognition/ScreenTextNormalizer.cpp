@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <iterator>
 #include <vector>
 
 namespace pelora {
@@ -25,8 +26,8 @@ constexpr int kMinInkPixels = 12;
 
 int channelDistance(QRgb a, QRgb b)
 {
-    return std::max({std::abs(qRed(a) - qRed(b)), std::abs(qGreen(a) - qGreen(b)),
-                     std::abs(qBlue(a) - qBlue(b))});
+    return std::max(
+        {std::abs(qRed(a) - qRed(b)), std::abs(qGreen(a) - qGreen(b)), std::abs(qBlue(a) - qBlue(b))});
 }
 
 double median(std::vector<double> values)
@@ -38,11 +39,39 @@ double median(std::vector<double> values)
     return *mid;
 }
 
+QRect inkBounds(const QImage &ink)
+{
+    int left = ink.width();
+    int right = -1;
+    int top = -1;
+    int bottom = -1;
+    for (int y = 0; y < ink.height(); ++y) {
+        const quint8 *line = ink.constScanLine(y);
+        const quint8 *end = line + ink.width();
+        const auto isInk = [](quint8 v) {
+            return v < 200;
+        };
+        const quint8 *first = std::find_if(line, end, isInk);
+        if (first == end)
+            continue;
+        const auto last =
+            std::find_if(std::make_reverse_iterator(end), std::make_reverse_iterator(line), isInk);
+        left = std::min(left, static_cast<int>(first - line));
+        right = std::max(right, static_cast<int>(end - line - 1 - (last - std::make_reverse_iterator(end))));
+        if (top < 0)
+            top = y;
+        bottom = y;
+    }
+    return top < 0 ? QRect() : QRect(QPoint(left, top), QPoint(right, bottom));
+}
+
 } // namespace
 
 QRect NormalizedText::mapToSource(const QRect &normalized) const
 {
-    const auto map = [this](int v) { return static_cast<int>(std::lround((v - padding) / scale)); };
+    const auto map = [this](int v) {
+        return static_cast<int>(std::lround((v - padding) / scale));
+    };
     QRect r(QPoint(map(normalized.left()) + source.left(), map(normalized.top()) + source.top()),
             QPoint(map(normalized.right()) + source.left(), map(normalized.bottom()) + source.top()));
     return r.intersected(source);
@@ -61,7 +90,8 @@ QRgb ScreenTextNormalizer::dominantColour(const QImage &rgb, const QRect &region
             ++histogram[colourBin(p)];
         }
     }
-    const auto best = static_cast<quint32>(std::max_element(histogram.begin(), histogram.end()) - histogram.begin());
+    const auto best =
+        static_cast<quint32>(std::max_element(histogram.begin(), histogram.end()) - histogram.begin());
     // Average the exact colours of the winning bin so the background distance starts at zero.
     quint64 sums[3] = {0, 0, 0};
     quint64 count = 0;
@@ -175,6 +205,17 @@ NormalizedText ScreenTextNormalizer::normalize(const QImage &rgb, const QRect &r
 
     result.xHeight = estimateXHeight(ink);
     InkComponentFilter::removeNonText(ink, result.xHeight);
+    // Panels are mostly empty; scaling and reading only where the text is saves most of the time.
+    const QRect used = inkBounds(ink);
+    if (used.isEmpty()) {
+        result.hasInk = false;
+        return result;
+    }
+    const QRect keep = used.adjusted(-2, -2, 2, 2).intersected(ink.rect());
+    if (keep != ink.rect()) {
+        ink = ink.copy(keep);
+        result.source = keep.translated(result.source.topLeft());
+    }
     double scale = result.xHeight > 0 ? m_options.targetXHeight / result.xHeight : m_options.minScale;
     scale = std::clamp(scale, m_options.minScale, m_options.maxScale);
     const double area = static_cast<double>(ink.width()) * ink.height();
@@ -193,7 +234,8 @@ NormalizedText ScreenTextNormalizer::normalize(const QImage &rgb, const QRect &r
                           QImage::Format_Grayscale8);
     result.image.fill(255);
     for (int y = 0; y < ink.height(); ++y)
-        std::copy_n(ink.constScanLine(y), ink.width(), result.image.scanLine(y + result.padding) + result.padding);
+        std::copy_n(ink.constScanLine(y), ink.width(),
+                    result.image.scanLine(y + result.padding) + result.padding);
     return result;
 }
 

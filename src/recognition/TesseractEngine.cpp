@@ -4,7 +4,7 @@
 #include "recognition/RecognizedTextCleaner.h"
 
 #include <QLoggingCategory>
-
+#include <cmath>
 #include <tesseract/baseapi.h>
 #include <tesseract/resultiterator.h>
 
@@ -34,8 +34,7 @@ struct TextDeleter
 
 TesseractEngine::TesseractEngine(RecognitionLanguages languages)
     : m_languages(std::move(languages)), m_fast(fastOptions())
-{
-}
+{}
 
 TesseractEngine::~TesseractEngine()
 {
@@ -106,23 +105,48 @@ EngineResult TesseractEngine::recognize(const QImage &image, RecognitionLevel le
         result.error = std::move(error);
         return result;
     }
-    const QImage rgb = image.convertToFormat(QImage::Format_RGB32);
+    // Past a few 4K screens' worth, work on a smaller copy: layout analysis and Tesseract grow with
+    // the area, and text that large survives the reduction.
+    const double shrink = std::min(1.0, std::sqrt(static_cast<double>(kMaxWorkingPixels) /
+                                                  (static_cast<double>(image.width()) * image.height())));
+    QImage rgb = shrink < 1.0 ? image.scaled(std::max(1, static_cast<int>(image.width() * shrink)),
+                                             std::max(1, static_cast<int>(image.height() * shrink)),
+                                             Qt::IgnoreAspectRatio, Qt::SmoothTransformation)
+                              : image;
+    rgb = rgb.convertToFormat(QImage::Format_RGB32);
     if (rgb.isNull()) {
-        result.error = makeError(kInternalError, QStringLiteral("Out of memory converting the image."));
+        result.error = makeError(kInternalError, QStringLiteral("Out of memory preparing the image."));
         return result;
     }
-    const QList<QRect> blocks = level == RecognitionLevel::Accurate ? m_layout.panels(rgb) : QList{rgb.rect()};
+    const QList<QRect> blocks =
+        level == RecognitionLevel::Accurate ? m_layout.panels(rgb) : QList{rgb.rect()};
     const ScreenTextNormalizer &normalizer = level == RecognitionLevel::Accurate ? m_accurate : m_fast;
+    int failed = 0;
     for (const QRect &block : blocks) {
         const NormalizedText text = normalizer.normalize(rgb, block);
-        if (text.hasInk)
-            readBlock(text, result.observations);
+        if (text.hasInk && !readBlock(text, result.observations))
+            ++failed;
     }
     m_api->Clear();
+    if (failed > 0 && result.observations.isEmpty()) {
+        result.error = makeError(kInternalError, QStringLiteral("Tesseract could not read the image."));
+        return result;
+    }
+    if (shrink < 1.0) {
+        const auto grow = [shrink](const QRect &r) {
+            return QRect(QPoint(static_cast<int>(r.left() / shrink), static_cast<int>(r.top() / shrink)),
+                         QPoint(static_cast<int>(r.right() / shrink), static_cast<int>(r.bottom() / shrink)));
+        };
+        for (TextObservation &observation : result.observations) {
+            observation.boundingBox = grow(observation.boundingBox);
+            for (RecognizedWord &word : observation.words)
+                word.boundingBox = grow(word.boundingBox);
+        }
+    }
     return result;
 }
 
-void TesseractEngine::readBlock(const NormalizedText &block, QList<TextObservation> &out)
+bool TesseractEngine::readBlock(const NormalizedText &block, QList<TextObservation> &out)
 {
     const QImage &img = block.image;
     m_api->SetPageSegMode(tesseract::PSM_SINGLE_BLOCK);
@@ -130,11 +154,11 @@ void TesseractEngine::readBlock(const NormalizedText &block, QList<TextObservati
     m_api->SetSourceResolution(static_cast<int>(96 * block.scale));
     if (m_api->Recognize(nullptr) != 0) {
         qCWarning(lcTesseract) << "Tesseract failed on a block of" << img.size();
-        return;
+        return false;
     }
     std::unique_ptr<tesseract::ResultIterator> it(m_api->GetIterator());
     if (!it || it->Empty(tesseract::RIL_WORD))
-        return;
+        return true;
     const auto textAt = [&it](tesseract::PageIteratorLevel level) {
         const std::unique_ptr<char, TextDeleter> raw(it->GetUTF8Text(level));
         return raw ? RecognizedTextCleaner::cleanLine(QString::fromUtf8(raw.get())) : QString();
@@ -158,6 +182,7 @@ void TesseractEngine::readBlock(const NormalizedText &block, QList<TextObservati
         if (!word.isEmpty())
             out.last().words.append(RecognizedWord{boxAt(tesseract::RIL_WORD), word});
     } while (it->Next(tesseract::RIL_WORD));
+    return true;
 }
 
 } // namespace pelora

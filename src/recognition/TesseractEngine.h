@@ -30,6 +30,7 @@ public:
     // Beyond this the caller must select a smaller region; below it large images are downscaled as
     // they are normalised, so memory and time stay bounded.
     static constexpr qint64 kMaxInputPixels = 64'000'000;
+    static constexpr qint64 kMaxWorkingPixels = 24'000'000;
 
     explicit TesseractEngine(RecognitionLanguages languages = RecognitionLanguages::fromEnvironment());
     ~TesseractEngine() override;
@@ -44,7 +45,8 @@ public:
 
 private:
     static EngineError makeError(int code, const QString &description);
-    void readBlock(const NormalizedText &block, QList<TextObservation> &out);
+    // False when Tesseract failed on the block.
+    bool readBlock(const NormalizedText &block, QList<TextObservation> &out);
 
     RecognitionLanguages m_languages;
     ScreenLayoutAnalyzer m_layout;

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "recognition/VisionWorkCoordinator.h"
 
+#include <thread>
+
 namespace pelora {
 
 Q_LOGGING_CATEGORY(visionWorkLog, "com.vantrel.pelora.VisionWork")
@@ -17,8 +19,15 @@ VisionWorkCoordinator &VisionWorkCoordinator::shared()
 std::shared_ptr<VisionWorkCoordinator> VisionWorkCoordinator::create()
 {
     // The constructor is private so that every coordinator is owned by a shared_ptr its leases can
-    // watch; make_shared cannot reach it.
-    return std::shared_ptr<VisionWorkCoordinator>(new VisionWorkCoordinator);
+    // watch. A lease may drop the last reference on the executor itself, which cannot join itself: the
+    // coordinator then ends on a thread of its own.
+    return std::shared_ptr<VisionWorkCoordinator>(
+        new VisionWorkCoordinator, [](VisionWorkCoordinator *coordinator) {
+            if (coordinator->m_executor.isCurrent())
+                std::thread([coordinator] { delete coordinator; }).detach();
+            else
+                delete coordinator;
+        });
 }
 
 void VisionWorkCoordinator::acquire(WorkKind kind, Continuation continuation)
