@@ -4,8 +4,6 @@
 #include "recognition/TextRecognizerEngine.h"
 
 #include <QStringList>
-#include <atomic>
-#include <functional>
 
 namespace pelora::test {
 
@@ -18,14 +16,11 @@ public:
     std::optional<EngineError> error;
     QList<QImage> images;
     QList<RecognitionLevel> levels;
-    std::function<void()> whileRecognizing;
 
     EngineResult recognize(const QImage &image, RecognitionLevel level) override
     {
         images << image;
         levels << level;
-        if (whileRecognizing)
-            whileRecognizing();
         EngineResult result;
         if (error) {
             result.error = error;

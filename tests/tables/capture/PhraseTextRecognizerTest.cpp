@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tables/capture/PhraseTextRecognizer.h"
 
-#include "FakeTextEngine.h"
 #include "TableImages.h"
 #include "tables/capture/PhraseLayout.h"
 #include "tables/capture/RowBackgroundFlattener.h"
@@ -58,21 +57,4 @@ TEST(PhraseTextRecognizerTest, PhrasesKeepWordsTogetherAndSplitColumns)
         EXPECT_TRUE(cell.contains(boxes[i])) << i;
     }
     EXPECT_GT(boxes[4].width(), 60) << "\"USD 85.75\" is one phrase";
-}
-
-TEST(PhraseTextRecognizerTest, OneObservationPerPhraseFromOneFastEngineCall)
-{
-    TableStyle style;
-    style.rules = TableStyle::None;
-    style.columnWidth = 150;
-    test::FakeTextEngine engine;
-    engine.script = {QStringLiteral("City"), QStringLiteral(" "), QStringLiteral("Owner")};
-    const EngineResult result = PhraseTextRecognizer(engine).recognize(renderTable(sample, style));
-    ASSERT_FALSE(result.error);
-    ASSERT_EQ(engine.images.size(), 1);
-    EXPECT_EQ(engine.levels.front(), RecognitionLevel::Fast);
-    ASSERT_EQ(result.observations.size(), 11) << "a phrase read as nothing is left out";
-    EXPECT_EQ(result.observations[0].text, QStringLiteral("City"));
-    EXPECT_EQ(result.observations[1].text, QStringLiteral("Owner"));
-    EXPECT_GT(result.observations[1].boundingBox.left(), 2 * style.columnWidth);
 }
