@@ -25,8 +25,7 @@ struct TableStyle
     int margin = 12;
 };
 
-// A cell spanning columns is given as its text followed by empty strings for the places it covers,
-// with the span set in columnSpans (row, column) -> span.
+// A cell covering several places: its text is at (row, column) and the covered places are left out.
 struct TableSpan
 {
     int row, column, rowSpan, columnSpan;

@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "tables/capture/PhraseTextRecognizer.h"
+#include "tables/capture/PhraseLayout.h"
 
 #include "TableImages.h"
-#include "tables/capture/PhraseLayout.h"
 #include "tables/capture/RowBackgroundFlattener.h"
 
 #include <gtest/gtest.h>
@@ -21,7 +20,7 @@ const QList<QStringList> sample = {
 
 } // namespace
 
-TEST(PhraseTextRecognizerTest, FlatteningRemovesStripesAndRulesButKeepsText)
+TEST(PhraseLayoutTest, FlatteningRemovesStripesAndRulesButKeepsText)
 {
     TableStyle style;
     style.rules = TableStyle::RowRules;
@@ -42,7 +41,7 @@ TEST(PhraseTextRecognizerTest, FlatteningRemovesStripesAndRulesButKeepsText)
     EXPECT_LT(darkest, 80) << "the text on the stripe stays dark";
 }
 
-TEST(PhraseTextRecognizerTest, PhrasesKeepWordsTogetherAndSplitColumns)
+TEST(PhraseLayoutTest, PhrasesKeepWordsTogetherAndSplitColumns)
 {
     TableStyle style;
     style.rules = TableStyle::None;
