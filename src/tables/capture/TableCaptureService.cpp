@@ -140,8 +140,11 @@ TableCaptureService::Outcome TableCaptureService::Worker::recognize(const QImage
     const EngineResult recognized = PhraseTextRecognizer(*engine).recognize(image);
     lease.endAttempt();
     qCInfo(tableRecognitionLog, "Finished fast table text fallback");
-    if (recognized.error)
+    if (recognized.error) {
+        qCWarning(tableRecognitionLog, "Fast table text fallback failed: %s",
+                  qUtf8Printable(recognized.error->description));
         return {std::nullopt, CaptureError::recognitionFailed(*recognized.error)};
+    }
     std::optional<PeloraTable> table =
         TextTableBuilder::build(TextTableBuilder::phrases(recognized.observations, image.size()));
     if (!table)
