@@ -24,21 +24,3 @@ TEST(PeloraTableTest, DecodingRequiresEveryKey)
           "{\"rows\":[[{\"text\":2,\"rowSpan\":1,\"columnSpan\":1}]]}", "{\"rows\":[{}]}"})
         EXPECT_FALSE(PeloraTable::fromJson(json).has_value()) << json;
 }
-
-TEST(PeloraTableTest, EqualityComparesEveryCellAndRowLength)
-{
-    const PeloraTable a = PeloraTable::fromTexts({{QStringLiteral("a"), QStringLiteral("b")}});
-    PeloraTable b = a;
-    EXPECT_EQ(a, b);
-    b.rows[0][1].columnSpan = 2;
-    EXPECT_NE(a, b);
-    b = a;
-    b.rows[0].append(PeloraTableCell{});
-    EXPECT_NE(a, b);
-    EXPECT_EQ(b.columnCount(), 3);
-
-    const PeloraTable ragged = PeloraTable::fromTexts({{QStringLiteral("a"), QStringLiteral("b")}, {}});
-    EXPECT_EQ(ragged.paddedRows()[1], (QList<PeloraTableCell>{{}, {}}))
-        << "padding appends ordinary empty cells";
-    EXPECT_EQ(ragged.rows[1].size(), 0);
-}

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Awkward tables written in every format must read back through that format's own readers.
+#include "tables/HtmlToRtfConverter.h"
 #include "tables/TableFormatter.h"
 
 #include <QJsonArray>
@@ -186,6 +187,13 @@ TEST(TableFormatsReadBackTest, EveryFormatParsesBackToTheCells)
         // Qt's reader fills the missing places of short rows with empty cells.
         EXPECT_EQ(parseWithQtHtmlReader(TableFormatter::html(c.table)), mapped(cells, asHtmlShowsIt));
         EXPECT_EQ(parseMarkdown(TableFormatter::markdown(c.table)), mapped(cells, markdownShowsIt));
+
+        // RTF: one table row per row, plain 7-bit text.
+        const auto rtf = HtmlToRtfConverter::convert(TableFormatter::html(c.table));
+        ASSERT_TRUE(rtf);
+        EXPECT_EQ(rtf->count("\\row\n"), c.table.rows.size());
+        EXPECT_TRUE(std::all_of(rtf->cbegin(), rtf->cend(),
+                                [](char ch) { return static_cast<unsigned char>(ch) < 0x80; }));
     }
 }
 

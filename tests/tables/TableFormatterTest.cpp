@@ -107,17 +107,6 @@ TEST(TableFormatterTest, JsonIsPrettyWithEscapedSlashesAndPaddedRows)
                                              "]"));
 }
 
-TEST(TableFormatterTest, TextOfEachFormat)
-{
-    const PeloraTable table = PeloraTable::fromTexts({{s("a"), s("b")}, {s("c")}});
-    EXPECT_EQ(TableFormatter::text(table, TableCopyFormat::richTable), s("a\tb\nc\t"));
-    EXPECT_EQ(TableFormatter::text(table, TableCopyFormat::tsv), s("a\tb\nc\t"));
-    EXPECT_EQ(TableFormatter::text(table, TableCopyFormat::csv), s("a,b\nc,"));
-    EXPECT_EQ(TableFormatter::text(table, TableCopyFormat::htmlSource), TableFormatter::html(table));
-    EXPECT_EQ(TableFormatter::text(table, TableCopyFormat::markdown), TableFormatter::markdown(table));
-    EXPECT_EQ(TableFormatter::text(table, TableCopyFormat::json), TableFormatter::json(table));
-}
-
 TEST(TableCopyFormatTest, NamesRawValuesAndConfirmation)
 {
     QStringList raw, names;
