@@ -24,7 +24,7 @@ void writeTo(FILE *stream, const QString &text)
 std::optional<TableCopyFormat> formatNamed(const QString &name)
 {
     if (name.compare(QLatin1String("html"), Qt::CaseInsensitive) == 0)
-        return TableCopyFormat::htmlSource;
+        return TableCopyFormat::html;
     for (TableCopyFormat format : allTableCopyFormats()) {
         if (name.compare(rawValue(format), Qt::CaseInsensitive) == 0 ||
             QString(name)

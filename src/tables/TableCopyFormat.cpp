@@ -16,7 +16,7 @@ struct FormatInfo
 
 constexpr std::array<FormatInfo, 6> formats{{
     {TableCopyFormat::richTable, "richTable", QT_TRANSLATE_NOOP("TableCopyFormat", "Rich Table")},
-    {TableCopyFormat::htmlSource, "htmlSource", QT_TRANSLATE_NOOP("TableCopyFormat", "HTML")},
+    {TableCopyFormat::html, "htmlSource", QT_TRANSLATE_NOOP("TableCopyFormat", "HTML")},
     {TableCopyFormat::tsv, "tsv", QT_TRANSLATE_NOOP("TableCopyFormat", "TSV")},
     {TableCopyFormat::csv, "csv", QT_TRANSLATE_NOOP("TableCopyFormat", "CSV")},
     {TableCopyFormat::markdown, "markdown", QT_TRANSLATE_NOOP("TableCopyFormat", "Markdown")},

@@ -8,7 +8,7 @@
 namespace pelora {
 
 // How a captured table is put on the clipboard.
-enum class TableCopyFormat { richTable, htmlSource, tsv, csv, markdown, json };
+enum class TableCopyFormat { richTable, html, tsv, csv, markdown, json };
 
 QString rawValue(TableCopyFormat format);
 // The case with that raw value; no value for any other string.

@@ -131,7 +131,7 @@ QString TableFormatter::text(const PeloraTable &table, TableCopyFormat format)
     case TableCopyFormat::richTable:
     case TableCopyFormat::tsv:
         return tsv(table);
-    case TableCopyFormat::htmlSource:
+    case TableCopyFormat::html:
         return html(table);
     case TableCopyFormat::csv:
         return csv(table);

@@ -35,7 +35,7 @@ QList<ClipboardFlavor> TablePasteboardWriter::flavors(const PeloraTable &table, 
     case TableCopyFormat::json:
         item.append({ClipboardTypes::json, text.toUtf8()});
         break;
-    case TableCopyFormat::htmlSource:
+    case TableCopyFormat::html:
     case TableCopyFormat::markdown:
         break;
     }

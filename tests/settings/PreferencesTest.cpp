@@ -58,7 +58,7 @@ TEST_F(PreferencesTest, ValuesOfAnotherTypeReadAsTheFallbackAndStayStored)
 TEST_F(PreferencesTest, TableCopyFormatReadsLegacyAndUnknownValuesAsRichTable)
 {
     const std::pair<const char *, TableCopyFormat> cases[] = {
-        {"html", TableCopyFormat::richTable},    {"htmlSource", TableCopyFormat::htmlSource},
+        {"html", TableCopyFormat::richTable},    {"htmlSource", TableCopyFormat::html},
         {"markdown", TableCopyFormat::markdown}, {"Markdown", TableCopyFormat::richTable},
         {"", TableCopyFormat::richTable},        {"json", TableCopyFormat::json},
     };

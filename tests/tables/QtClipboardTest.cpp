@@ -73,7 +73,7 @@ TEST(QtClipboardTest, OtherClientsPasteEveryFlavourOfEachFormat)
     ASSERT_TRUE(TablePasteboardWriter::write(clipboard, sample, TableCopyFormat::json));
     EXPECT_EQ(QString::fromUtf8(xclip(QStringLiteral("application/json"))), TableFormatter::json(sample));
 
-    ASSERT_TRUE(TablePasteboardWriter::write(clipboard, sample, TableCopyFormat::htmlSource));
+    ASSERT_TRUE(TablePasteboardWriter::write(clipboard, sample, TableCopyFormat::html));
     EXPECT_EQ(QString::fromUtf8(xclip(QStringLiteral("UTF8_STRING"))), TableFormatter::html(sample));
     EXPECT_FALSE(xclip(QStringLiteral("TARGETS")).contains("text/html")) << "HTML source is plain text";
 

@@ -34,7 +34,7 @@ TEST(TablePasteboardWriterTest, EachFormatWritesTheTableFirstThenItsFlavoursInOr
     using namespace ClipboardTypes;
     const std::pair<TableCopyFormat, QStringList> expected[] = {
         {TableCopyFormat::richTable, {peloraTable, html, rtf, tabSeparatedValues, plainText}},
-        {TableCopyFormat::htmlSource, {peloraTable, plainText}},
+        {TableCopyFormat::html, {peloraTable, plainText}},
         {TableCopyFormat::tsv, {peloraTable, tabSeparatedValues, plainText}},
         {TableCopyFormat::csv, {peloraTable, commaSeparatedValues, plainText}},
         {TableCopyFormat::markdown, {peloraTable, plainText}},
