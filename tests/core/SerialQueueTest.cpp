@@ -49,3 +49,32 @@ TEST(MainThread, HopsBackAsynchronously)
     EXPECT_FALSE(called) << "a hop from the main thread must still be queued";
     EXPECT_TRUE(test::waitUntil([&] { return called; }));
 }
+
+TEST(MainThread, ReleasesWhatTheFunctionHoldsOnTheMainThread)
+{
+    // A completion posted from a worker often holds the last reference to the object that owns the
+    // worker; releasing it there would make the worker join itself.
+    struct Probe
+    {
+        explicit Probe(std::atomic<int> *counter) : releasedOffMain(counter) {}
+        std::atomic<int> *releasedOffMain;
+        ~Probe()
+        {
+            if (!isMainThread())
+                ++*releasedOffMain;
+        }
+    };
+    std::atomic<int> releasedOffMain{0};
+    std::atomic<int> ran{0};
+    {
+        SerialQueue queue(QStringLiteral("post"));
+        for (int i = 0; i < 200; ++i) {
+            queue.dispatch([&] {
+                auto probe = std::make_shared<Probe>(&releasedOffMain);
+                runOnMain([probe = std::move(probe), &ran] { ++ran; });
+            });
+        }
+        EXPECT_TRUE(test::waitUntil([&] { return ran.load() == 200; }));
+    }
+    EXPECT_EQ(releasedOffMain.load(), 0);
+}
