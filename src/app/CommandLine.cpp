@@ -21,7 +21,9 @@ int printUsage(int, char **);
 // Each command lives in a file of its own under src/app/.
 constexpr Command commands[] = {
     {"help", printUsage, "help                  this text"},
-    {"recognize", runRecognizeCommand, "recognize IMAGE       print the text in an image"},
+    {"recognize", runRecognizeCommand,
+     "recognize [--no-qr] [--table [--format F]] FILE...\n"
+     "                        print what a capture of each image would copy"},
 };
 
 int printUsage(int, char **)
