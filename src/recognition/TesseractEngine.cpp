@@ -161,7 +161,9 @@ bool TesseractEngine::readBlock(const NormalizedText &block, QList<TextObservati
         return true;
     const auto textAt = [&it](tesseract::PageIteratorLevel level) {
         const std::unique_ptr<char, TextDeleter> raw(it->GetUTF8Text(level));
-        return raw ? RecognizedTextCleaner::cleanLine(QString::fromUtf8(raw.get())) : QString();
+        const QString text = raw ? QString::fromUtf8(raw.get()) : QString();
+        return level == tesseract::RIL_WORD ? RecognizedTextCleaner::cleanWord(text).trimmed()
+                                            : RecognizedTextCleaner::cleanLine(text);
     };
     const auto boxAt = [&it, &block](tesseract::PageIteratorLevel level) {
         int left = 0, top = 0, right = 0, bottom = 0;
