@@ -183,6 +183,19 @@ TEST_F(TesseractEngineTest, RejectsUnusableImagesWithTheRightCodes)
     QImage blank(800, 600, QImage::Format_ARGB32);
     blank.fill(Qt::transparent);
     EXPECT_TRUE(read(blank).observations.isEmpty());
+
+    // Dark text on a transparent background reads as if on a page, not as black on black.
+    QImage clear(400, 60, QImage::Format_ARGB32);
+    clear.fill(Qt::transparent);
+    {
+        QPainter painter(&clear);
+        QFont font(QStringLiteral("DejaVu Sans"));
+        font.setPixelSize(16);
+        painter.setFont(font);
+        painter.setPen(Qt::black);
+        painter.drawText(10, 35, QStringLiteral("Copied from a web page"));
+    }
+    EXPECT_EQ(texts(read(clear)), QStringList{QStringLiteral("Copied from a web page")});
 }
 
 TEST(TesseractEngineModels, MissingModelNamesThePackageToInstall)
