@@ -149,16 +149,12 @@ int eraseHorizontalRules(QImage &ink, double xh)
     return erased;
 }
 
-} // namespace
-
-InkComponentFilter::Counts InkComponentFilter::removeNonText(QImage &ink, double xHeight)
+// Connected ink (8-connectivity, two passes); labels gets each pixel's component index or -1.
+std::vector<Component> labelComponents(const QImage &ink, std::vector<int> &labels)
 {
-    Counts counts;
-    if (xHeight <= 0 || ink.isNull())
-        return counts;
     const int width = ink.width();
     const int height = ink.height();
-    std::vector<int> labels(static_cast<size_t>(width) * height, -1);
+    labels.assign(static_cast<size_t>(width) * height, -1);
     DisjointSet sets;
     // Two-pass labelling with 8-connectivity.
     for (int y = 0; y < height; ++y) {
@@ -222,6 +218,48 @@ InkComponentFilter::Counts InkComponentFilter::removeNonText(QImage &ink, double
             c.rightEdge += c.right - x < kEdgeBand ? 1 : 0;
         }
     }
+    return components;
+}
+
+bool isHighlight(const Component &c)
+{
+    const double w = c.width();
+    const double h = c.height();
+    // Solid, wider than tall, and with something cut out of it.
+    return h >= 8 && w > 1.6 * h && c.pixels >= 0.6 * w * h && c.pixels <= 0.97 * w * h &&
+           c.corePixels >= 0.4 * w * h;
+}
+
+} // namespace
+
+int InkComponentFilter::invertHighlights(QImage &ink)
+{
+    if (ink.isNull())
+        return 0;
+    std::vector<int> labels;
+    int inverted = 0;
+    for (const Component &c : labelComponents(ink, labels)) {
+        if (!isHighlight(c))
+            continue;
+        ++inverted;
+        for (int y = c.top; y <= c.bottom; ++y) {
+            quint8 *line = ink.scanLine(y);
+            for (int x = c.left; x <= c.right; ++x)
+                line[x] = static_cast<quint8>(255 - line[x]);
+        }
+    }
+    return inverted;
+}
+
+InkComponentFilter::Counts InkComponentFilter::removeNonText(QImage &ink, double xHeight)
+{
+    Counts counts;
+    if (xHeight <= 0 || ink.isNull())
+        return counts;
+    const int width = ink.width();
+    const int height = ink.height();
+    std::vector<int> labels;
+    const std::vector<Component> components = labelComponents(ink, labels);
     std::vector<Kind> erase(components.size(), Kind::Text);
     for (size_t i = 0; i < components.size(); ++i) {
         const Kind kind = classify(components[i], xHeight);

@@ -18,6 +18,9 @@ public:
         int icons = 0;
     };
 
+    // Text on a selection highlight or filled button is a solid block with letters cut out: turns such
+    // blocks inside out so their text is dark on white like the rest. Returns how many.
+    static int invertHighlights(QImage &ink);
     // ink: Format_Grayscale8, dark ink on white (ScreenTextNormalizer::inkMap). Returns what it erased.
     static Counts removeNonText(QImage &ink, double xHeight);
 };

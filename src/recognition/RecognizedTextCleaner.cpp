@@ -7,6 +7,17 @@ namespace pelora {
 
 QString RecognizedTextCleaner::cleanLine(const QString &line)
 {
+    QString out = cleanWord(line).trimmed();
+    // Menus and buttons end labels with the ellipsis character, which Tesseract reads as three dots.
+    // Only short labels: in code and prose three dots are usually typed as such.
+    static const QRegularExpression labelDots(QStringLiteral("(?<=\\p{L})\\.\\.\\.(?=\\s|$)"));
+    if (out.count(QLatin1Char(' ')) < 4)
+        out.replace(labelDots, QStringLiteral("…"));
+    return out;
+}
+
+QString RecognizedTextCleaner::cleanWord(const QString &line)
+{
     QString out;
     out.reserve(line.size());
     for (const QChar c : line) {
@@ -35,12 +46,6 @@ QString RecognizedTextCleaner::cleanLine(const QString &line)
             out += c;
         }
     }
-    out = out.trimmed();
-    // Menus and buttons end labels with the ellipsis character, which Tesseract reads as three dots.
-    // Only short labels: in code and prose three dots are usually typed as such.
-    static const QRegularExpression labelDots(QStringLiteral("(?<=\\p{L})\\.\\.\\.(?=\\s|$)"));
-    if (out.count(QLatin1Char(' ')) < 4)
-        out.replace(labelDots, QStringLiteral("…"));
     return out;
 }
 

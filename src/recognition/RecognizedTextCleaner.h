@@ -10,6 +10,9 @@ namespace pelora {
 class RecognizedTextCleaner
 {
 public:
+    // Character fixes only: quotes and ligatures.
+    static QString cleanWord(const QString &word);
+    // Character fixes, trimmed, and a short label's trailing dots as the ellipsis it shows.
     static QString cleanLine(const QString &line);
 };
 

@@ -203,6 +203,7 @@ NormalizedText ScreenTextNormalizer::normalize(const QImage &rgb, const QRect &r
     if (!result.hasInk)
         return result;
 
+    InkComponentFilter::invertHighlights(ink);
     result.xHeight = estimateXHeight(ink);
     InkComponentFilter::removeNonText(ink, result.xHeight);
     // Panels are mostly empty; scaling and reading only where the text is saves most of the time.

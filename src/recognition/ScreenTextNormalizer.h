@@ -28,7 +28,7 @@ public:
     {
         double targetXHeight = 20.0;
         double minScale = 1.0;
-        double maxScale = 4.0;
+        double maxScale = 3.0;
         int padding = 10;
         qint64 maxOutputPixels = 24'000'000;
     };

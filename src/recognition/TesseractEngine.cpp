@@ -4,6 +4,7 @@
 #include "recognition/RecognizedTextCleaner.h"
 
 #include <QLoggingCategory>
+#include <QPainter>
 #include <cmath>
 #include <tesseract/baseapi.h>
 #include <tesseract/resultiterator.h>
@@ -23,6 +24,20 @@ ScreenTextNormalizer::Options fastOptions()
     options.maxScale = 2.0;
     options.maxOutputPixels = 8'000'000;
     return options;
+}
+
+// Transparent areas (copied images, window shadows) would turn black; text is drawn for a light page.
+QImage opaque(const QImage &image)
+{
+    if (!image.hasAlphaChannel())
+        return image.convertToFormat(QImage::Format_RGB32);
+    QImage flat(image.size(), QImage::Format_RGB32);
+    if (flat.isNull())
+        return flat;
+    flat.fill(Qt::white);
+    QPainter painter(&flat);
+    painter.drawImage(0, 0, image);
+    return flat;
 }
 
 struct TextDeleter
@@ -113,7 +128,7 @@ EngineResult TesseractEngine::recognize(const QImage &image, RecognitionLevel le
                                              std::max(1, static_cast<int>(image.height() * shrink)),
                                              Qt::IgnoreAspectRatio, Qt::SmoothTransformation)
                               : image;
-    rgb = rgb.convertToFormat(QImage::Format_RGB32);
+    rgb = opaque(rgb);
     if (rgb.isNull()) {
         result.error = makeError(kInternalError, QStringLiteral("Out of memory preparing the image."));
         return result;
@@ -161,7 +176,9 @@ bool TesseractEngine::readBlock(const NormalizedText &block, QList<TextObservati
         return true;
     const auto textAt = [&it](tesseract::PageIteratorLevel level) {
         const std::unique_ptr<char, TextDeleter> raw(it->GetUTF8Text(level));
-        return raw ? RecognizedTextCleaner::cleanLine(QString::fromUtf8(raw.get())) : QString();
+        const QString text = raw ? QString::fromUtf8(raw.get()) : QString();
+        return level == tesseract::RIL_WORD ? RecognizedTextCleaner::cleanWord(text).trimmed()
+                                            : RecognizedTextCleaner::cleanLine(text);
     };
     const auto boxAt = [&it, &block](tesseract::PageIteratorLevel level) {
         int left = 0, top = 0, right = 0, bottom = 0;

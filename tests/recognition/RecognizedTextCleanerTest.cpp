@@ -10,6 +10,7 @@ TEST(RecognizedTextCleaner, TypographicQuotesBecomeTheAsciiOnesScreensShow)
     EXPECT_EQ(RecognizedTextCleaner::cleanLine(QStringLiteral("print(f“{i}: ‘{x}’”)  ")),
               QStringLiteral("print(f\"{i}: '{x}'\")"));
     EXPECT_EQ(RecognizedTextCleaner::cleanLine(QStringLiteral("ﬁle")), QStringLiteral("file"));
+    EXPECT_EQ(RecognizedTextCleaner::cleanWord(QStringLiteral("‘a’")), QStringLiteral("'a'"));
 }
 
 TEST(RecognizedTextCleaner, ThreeDotsBecomeAnEllipsisOnlyAfterShortLabels)

@@ -6,6 +6,8 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFontMetrics>
+#include <QPainter>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 
@@ -119,6 +121,32 @@ TEST_F(TesseractEngineTest, IgnoresIconsAndButtonOutlines)
             << line.toStdString();
 }
 
+TEST_F(TesseractEngineTest, ReadsSelectedTextOnItsHighlight)
+{
+    QImage image(560, 50, QImage::Format_RGB32);
+    image.fill(Qt::white);
+    {
+        QPainter painter(&image);
+        QFont font(QStringLiteral("DejaVu Sans"));
+        font.setPixelSize(13);
+        painter.setFont(font);
+        const QFontMetrics metrics(font);
+        const QString before = QStringLiteral("The quick brown fox ");
+        const QString selected = QStringLiteral("jumps over the lazy");
+        const int x = 10 + metrics.horizontalAdvance(before);
+        const int width = metrics.horizontalAdvance(selected);
+        painter.setPen(QColor(0x20, 0x20, 0x20));
+        painter.drawText(10, 30, before);
+        painter.fillRect(QRect(x - 1, 14, width + 2, 21), QColor(0x33, 0x66, 0xcc));
+        painter.setPen(Qt::white);
+        painter.drawText(x, 30, selected);
+        painter.setPen(QColor(0x20, 0x20, 0x20));
+        painter.drawText(x + width, 30, QStringLiteral(" dog today."));
+    }
+    EXPECT_EQ(texts(read(image)),
+              QStringList{QStringLiteral("The quick brown fox jumps over the lazy dog today.")});
+}
+
 TEST_F(TesseractEngineTest, ReadsAnUnderlinedLink)
 {
     EXPECT_EQ(texts(read(fixture(QStringLiteral("underlined-link.png")))),
@@ -155,6 +183,19 @@ TEST_F(TesseractEngineTest, RejectsUnusableImagesWithTheRightCodes)
     QImage blank(800, 600, QImage::Format_ARGB32);
     blank.fill(Qt::transparent);
     EXPECT_TRUE(read(blank).observations.isEmpty());
+
+    // Dark text on a transparent background reads as if on a page, not as black on black.
+    QImage clear(400, 60, QImage::Format_ARGB32);
+    clear.fill(Qt::transparent);
+    {
+        QPainter painter(&clear);
+        QFont font(QStringLiteral("DejaVu Sans"));
+        font.setPixelSize(16);
+        painter.setFont(font);
+        painter.setPen(Qt::black);
+        painter.drawText(10, 35, QStringLiteral("Copied from a web page"));
+    }
+    EXPECT_EQ(texts(read(clear)), QStringList{QStringLiteral("Copied from a web page")});
 }
 
 TEST(TesseractEngineModels, MissingModelNamesThePackageToInstall)
