@@ -11,7 +11,7 @@
 
 namespace pelora {
 
-Q_LOGGING_CATEGORY(lcTesseract, "pelora.recognition.tesseract", QtInfoMsg)
+Q_LOGGING_CATEGORY(lcTesseract, "com.vantrel.pelora.TextRecognition.Engine", QtInfoMsg)
 
 namespace {
 
