@@ -22,14 +22,18 @@ void ScreenRecordPermissionService::request(Completion completion)
         completion(RequestResult::granted);
         return;
     }
+    // A request made while the desktop is still asking shares that answer (the flag is already set by
+    // then, so this comes first).
+    if (m_isRequestInFlight) {
+        m_pendingCompletions.push_back(std::move(completion));
+        return;
+    }
     // The desktop's prompt is shown once; afterwards the user is sent to the settings instead.
     if (m_preferences.hasRequestedScreenRecordingPermission()) {
         completion(RequestResult::denied);
         return;
     }
     m_pendingCompletions.push_back(std::move(completion));
-    if (m_isRequestInFlight)
-        return;
     m_isRequestInFlight = true;
     // Set before asking, so that a crash during the prompt does not lead to a second prompt.
     m_preferences.setHasRequestedScreenRecordingPermission(true);

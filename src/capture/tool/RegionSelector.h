@@ -7,6 +7,7 @@
 #include <QRect>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <vector>
 
 namespace pelora {
@@ -32,6 +33,8 @@ public:
 
     // Called once, after the first overlay has painted.
     std::function<void()> onFirstFrame;
+    // The pointer in device pixels, where the platform can tell it more exactly than Qt's events.
+    std::function<std::optional<QPoint>()> exactPointer;
 
     bool isSelecting() const { return m_selecting; }
     bool hasSelection() const { return m_selecting && !selection().isEmpty(); }

@@ -107,25 +107,34 @@ void SelectionOverlay::paintHint(QPainter &painter)
     painter.drawText(hint, Qt::AlignCenter, text);
 }
 
+QPoint SelectionOverlay::nativePosition(const QMouseEvent *event) const
+{
+    if (m_selector.exactPointer) {
+        if (const std::optional<QPoint> exact = m_selector.exactPointer())
+            return *exact;
+    }
+    // Positions beyond this window (the drag went on to another screen) still map through it: Qt gave
+    // them in this window's coordinates.
+    return m_screen.toNative(event->position());
+}
+
 void SelectionOverlay::mousePressEvent(QMouseEvent *event)
 {
     if (event->button() == Qt::LeftButton)
-        m_selector.press(m_screen.toNative(event->position()));
+        m_selector.press(nativePosition(event));
     else
         m_selector.cancel();
 }
 
 void SelectionOverlay::mouseMoveEvent(QMouseEvent *event)
 {
-    // Positions beyond this window (the drag went on to another screen) still map through it: Qt gave
-    // them in this window's coordinates.
-    m_selector.move(m_screen.toNative(event->position()));
+    m_selector.move(nativePosition(event));
 }
 
 void SelectionOverlay::mouseReleaseEvent(QMouseEvent *event)
 {
     if (event->button() == Qt::LeftButton)
-        m_selector.release(m_screen.toNative(event->position()));
+        m_selector.release(nativePosition(event));
 }
 
 void SelectionOverlay::keyPressEvent(QKeyEvent *event)

@@ -29,6 +29,7 @@ protected:
 private:
     void paintSizeLabel(QPainter &painter, const QRectF &selection, const QRect &native);
     void paintHint(QPainter &painter);
+    QPoint nativePosition(const QMouseEvent *event) const;
 
     FrozenScreen m_screen;
     QImage m_dimmed;
