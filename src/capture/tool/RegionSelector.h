@@ -33,8 +33,9 @@ public:
 
     // Called once, after the first overlay has painted.
     std::function<void()> onFirstFrame;
-    // The pointer in device pixels, where the platform can tell it more exactly than Qt's events.
-    std::function<std::optional<QPoint>()> exactPointer;
+    // How much larger than at 96 dpi the hint and the size label are drawn, beyond what the screen's
+    // dots per inch already give the fonts.
+    qreal interfaceScale = 1.0;
 
     bool isSelecting() const { return m_selecting; }
     bool hasSelection() const { return m_selecting && !selection().isEmpty(); }

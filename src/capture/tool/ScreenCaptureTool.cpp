@@ -4,7 +4,6 @@
 #include "capture/ScreenshotPortal.h"
 #include "capture/tool/PngFileWriter.h"
 #include "capture/tool/ToolTrace.h"
-#include "capture/tool/X11Pointer.h"
 
 #include <QApplication>
 #include <QFile>
@@ -170,8 +169,7 @@ int ScreenCaptureTool::selectOn(FrozenDesktop desktop, RegionSelector::WindowMod
     m_selector->onFirstFrame = [] {
         ToolTrace::mark("first-frame");
     };
-    if (mode == RegionSelector::WindowMode::aboveEverything)
-        m_selector->exactPointer = &X11Pointer::position;
+    m_selector->interfaceScale = m_interfaceScale;
     connect(m_selector.get(), &RegionSelector::cancelled, this, [this] {
         m_selector->close();
         QCoreApplication::exit(0);

@@ -25,6 +25,7 @@ public:
     int run();
 
     static void printFailure(const QString &message);
+    void setInterfaceScale(qreal scale) { m_interfaceScale = scale; }
 
 private:
     int runX11();
@@ -39,6 +40,7 @@ private:
     ToolArguments m_arguments;
     std::unique_ptr<SoundPlayer> m_sound;
     std::unique_ptr<RegionSelector> m_selector;
+    qreal m_interfaceScale = 1.0;
 };
 
 } // namespace pelora

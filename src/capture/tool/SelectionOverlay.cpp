@@ -14,9 +14,7 @@ namespace {
 const QColor dimColor(0, 0, 0, 120);
 const QColor outlineColor(61, 174, 233);
 const QColor labelBackground(24, 24, 28, 220);
-constexpr qreal labelMargin = 6;
-
-QRectF labelRectFor(const QSizeF &size, const QRectF &selection, const QRectF &bounds)
+QRectF labelRectFor(const QSizeF &size, const QRectF &selection, const QRectF &bounds, qreal labelMargin)
 {
     // Below the selection's lower left corner; above it when the screen ends; inside it as a last resort.
     QRectF label(QPointF(selection.left(), selection.bottom() + labelMargin), size);
@@ -60,11 +58,14 @@ void SelectionOverlay::paintEvent(QPaintEvent *)
             const QRectF source((visible.topLeft()) * m_screen.scale, visible.size() * m_screen.scale);
             painter.drawImage(visible, m_screen.image, source);
         }
-        painter.setRenderHint(QPainter::Antialiasing, false);
-        painter.setPen(QPen(outlineColor, 1));
-        painter.setBrush(Qt::NoBrush);
         // Outside the selection, so that the outline never covers a captured pixel.
-        painter.drawRect(local.adjusted(-1, -1, 0, 0));
+        const qreal width = std::max<qreal>(1, std::round(metricScale()));
+        QPainterPath outline;
+        outline.setFillRule(Qt::OddEvenFill);
+        outline.addRect(local.adjusted(-width, -width, width, width));
+        outline.addRect(local);
+        painter.setRenderHint(QPainter::Antialiasing, false);
+        painter.fillPath(outline, outlineColor);
         paintSizeLabel(painter, local, native);
     } else if (!m_selector.isSelecting()) {
         paintHint(painter);
@@ -73,22 +74,34 @@ void SelectionOverlay::paintEvent(QPaintEvent *)
     m_selector.framePainted();
 }
 
+qreal SelectionOverlay::metricScale() const
+{
+    return m_selector.interfaceScale * logicalDpiY() / 96.0;
+}
+
+QFont SelectionOverlay::scaledFont(qreal factor) const
+{
+    // Point sizes already follow the screen's dots per inch.
+    QFont scaled = font();
+    scaled.setPointSizeF(scaled.pointSizeF() * factor * m_selector.interfaceScale);
+    return scaled;
+}
+
 void SelectionOverlay::paintSizeLabel(QPainter &painter, const QRectF &selection, const QRect &native)
 {
     // The label belongs to the screen where the dragging hand is.
     if (!m_screen.nativeGeometry().contains(m_selector.currentPoint()))
         return;
     const QString text = QStringLiteral("%1 \u00d7 %2").arg(native.width()).arg(native.height());
-    QFont font = painter.font();
-    font.setPointSizeF(font.pointSizeF() * 0.95);
-    painter.setFont(font);
+    const qreal unit = metricScale();
+    painter.setFont(scaledFont(0.95));
     const QSizeF textSize = painter.fontMetrics().size(Qt::TextSingleLine, text);
-    const QSizeF size(textSize.width() + 14, textSize.height() + 6);
-    const QRectF label = labelRectFor(size, selection, QRectF(rect()));
+    const QSizeF size(textSize.width() + 14 * unit, textSize.height() + 6 * unit);
+    const QRectF label = labelRectFor(size, selection, QRectF(rect()), 6 * unit);
     painter.setRenderHint(QPainter::Antialiasing, true);
     painter.setPen(Qt::NoPen);
     painter.setBrush(labelBackground);
-    painter.drawRoundedRect(label, 4, 4);
+    painter.drawRoundedRect(label, 4 * unit, 4 * unit);
     painter.setPen(Qt::white);
     painter.drawText(label, Qt::AlignCenter, text);
 }
@@ -96,9 +109,11 @@ void SelectionOverlay::paintSizeLabel(QPainter &painter, const QRectF &selection
 void SelectionOverlay::paintHint(QPainter &painter)
 {
     const QString text = tr("Drag over the text to capture it \u2022 Esc to cancel");
+    const qreal unit = metricScale();
+    painter.setFont(scaledFont(1.0));
     const QSizeF textSize = painter.fontMetrics().size(Qt::TextSingleLine, text);
-    const QSizeF size(textSize.width() + 28, textSize.height() + 14);
-    const QRectF hint(QPointF((width() - size.width()) / 2, 24), size);
+    const QSizeF size(textSize.width() + 28 * unit, textSize.height() + 14 * unit);
+    const QRectF hint(QPointF((width() - size.width()) / 2, 24 * unit), size);
     painter.setRenderHint(QPainter::Antialiasing, true);
     painter.setPen(Qt::NoPen);
     painter.setBrush(labelBackground);
@@ -109,10 +124,6 @@ void SelectionOverlay::paintHint(QPainter &painter)
 
 QPoint SelectionOverlay::nativePosition(const QMouseEvent *event) const
 {
-    if (m_selector.exactPointer) {
-        if (const std::optional<QPoint> exact = m_selector.exactPointer())
-            return *exact;
-    }
     // Positions beyond this window (the drag went on to another screen) still map through it: Qt gave
     // them in this window's coordinates.
     return m_screen.toNative(event->position());

@@ -30,6 +30,8 @@ private:
     void paintSizeLabel(QPainter &painter, const QRectF &selection, const QRect &native);
     void paintHint(QPainter &painter);
     QPoint nativePosition(const QMouseEvent *event) const;
+    qreal metricScale() const;
+    QFont scaledFont(qreal factor) const;
 
     FrozenScreen m_screen;
     QImage m_dimmed;

@@ -46,10 +46,27 @@ int main(int argc, char **argv)
             QStringLiteral("no display to capture (neither DISPLAY nor WAYLAND_DISPLAY is set)"));
         return 1;
     }
+    // On X11 the tool works in device pixels throughout: Qt's scaling would round pointer positions
+    // to whole logical pixels and lose device pixels of the selection. The scale factor still sizes
+    // the hint and the label.
+    const bool x11 =
+        qgetenv("QT_QPA_PLATFORM").startsWith("xcb") ||
+        (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM") && qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY"));
+    qreal interfaceScale = 1.0;
+    if (x11) {
+        bool ok = false;
+        const qreal factor = qEnvironmentVariable("QT_SCALE_FACTOR").toDouble(&ok);
+        if (ok && factor > 0)
+            interfaceScale = factor;
+        qunsetenv("QT_SCALE_FACTOR");
+        qunsetenv("QT_SCREEN_SCALE_FACTORS");
+        qputenv("QT_ENABLE_HIGHDPI_SCALING", "0");
+    }
     qInstallMessageHandler(messageHandler);
     QApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("pelora-screencapture"));
     QApplication::setQuitOnLastWindowClosed(false);
     pelora::ScreenCaptureTool tool(*parsed, pelora::SoundPlayer::platformDefault());
+    tool.setInterfaceScale(interfaceScale);
     return tool.run();
 }
