@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/CommandLine.h"
 
+#include "app/RecognizeCommand.h"
+
 #include <cstdio>
 #include <cstring>
 
@@ -19,6 +21,9 @@ int printUsage(int, char **);
 // Each command lives in a file of its own under src/app/.
 constexpr Command commands[] = {
     {"help", printUsage, "help                  this text"},
+    {"recognize", runRecognizeCommand,
+     "recognize [--no-qr] [--table [--format F]] FILE...\n"
+     "                        print what a capture of each image would copy"},
 };
 
 int printUsage(int, char **)

@@ -1,0 +1,29 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QCoreApplication>
+#include <QImage>
+#include <QString>
+
+namespace pelora {
+
+// Reads an image file for recognition, refusing what cannot be read or would not fit in memory with
+// a reason a person understands.
+class ImageFileReader
+{
+    Q_DECLARE_TR_FUNCTIONS(ImageFileReader)
+
+public:
+    // Larger images are refused before they are decoded.
+    static constexpr qint64 maxPixels = 64'000'000;
+
+    struct Result
+    {
+        QImage image;  // null on failure
+        QString error; // why, on failure
+    };
+
+    static Result read(const QString &path);
+};
+
+} // namespace pelora

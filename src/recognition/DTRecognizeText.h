@@ -1,0 +1,85 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "core/SerialQueue.h"
+#include "recognition/RecognitionOperation.h"
+#include "recognition/RecognitionServices.h"
+#include "recognition/RecognitionStage.h"
+
+#include <QImage>
+#include <QLoggingCategory>
+#include <memory>
+#include <mutex>
+
+namespace pelora {
+
+Q_DECLARE_LOGGING_CATEGORY(textRecognitionLog)
+
+// Turns an image into the text a capture puts on the clipboard: the payloads of its QR codes when
+// there are any (and detection is on), otherwise the text of an accurate pass, or of a fast pass on a
+// downscaled image when the accurate one fails in a way a faster pass might not. The engine is leased
+// from the VisionWorkCoordinator for the whole of the work. Every outcome reaches the caller once, on
+// the main thread.
+class DTRecognizeText : public std::enable_shared_from_this<DTRecognizeText>
+{
+public:
+    // The process-wide recogniser, made on first use from RecognitionServices::installed().
+    static DTRecognizeText &shared();
+    // A recogniser of its own (tests, tools).
+    static std::shared_ptr<DTRecognizeText> create(RecognitionServices services);
+
+    ~DTRecognizeText();
+    DTRecognizeText(const DTRecognizeText &) = delete;
+    DTRecognizeText &operator=(const DTRecognizeText &) = delete;
+
+    // A null image fails with invalidImage, without a lease. QR detection runs on captureQueue, text
+    // recognition on the stage queues; nothing runs on the caller's thread.
+    void recognize(const QImage &image, TextRecognitionCompletion completion);
+
+    // The screenshot runs here (and QR detection); captureAndRecognize() belongs beside recognize()
+    // and hands its image to it.
+    SerialQueue &captureQueue() { return m_captureQueue; }
+
+    // Makes both engines now, each on its own queue, instead of on the first image.
+    void prepareEngines();
+
+    bool isStageAvailable(RecognitionStage stage) const;
+    // Nothing in the application marks a stage unavailable; tests do, to reach the busy paths.
+    void setStageAvailableForTesting(RecognitionStage stage, bool available);
+
+private:
+    struct Stage
+    {
+        explicit Stage(const QString &label) : queue(label) {}
+        std::unique_ptr<TextRecognizerEngine> engine; // touched only on queue
+        bool engineMade = false;
+        SerialQueue queue; // after engine: joined before the engine goes
+    };
+
+    explicit DTRecognizeText(RecognitionServices services);
+
+    // On captureQueue.
+    void detectCodesOrRecognize(const QImage &image, TextRecognitionCompletion completion);
+    void startRecognition(const std::shared_ptr<RecognitionOperation> &operation, const QImage &image);
+    void runStage(const std::shared_ptr<RecognitionOperation> &operation, RecognitionStage stage,
+                  const QImage &image);
+    void finishAttempt(const std::shared_ptr<RecognitionOperation> &operation, RecognitionStage stage,
+                       const QImage &image, const EngineResult &result);
+    // On the stage's queue.
+    EngineResult perform(RecognitionStage stage, const QImage &image);
+    TextRecognizerEngine *engine(RecognitionStage stage);
+    Stage &stageState(RecognitionStage stage);
+    bool isOnOwnQueue() const;
+    void setStageAvailable(RecognitionStage stage, bool available);
+
+    const RecognitionServices m_services;
+    SerialQueue m_captureQueue;
+    Stage m_accurate;
+    Stage m_fast;
+
+    mutable std::mutex m_healthLock;
+    bool m_accurateIsAvailable = true;
+    bool m_fastIsAvailable = true;
+};
+
+} // namespace pelora

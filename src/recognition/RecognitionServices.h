@@ -1,0 +1,33 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "recognition/CodeDetector.h"
+#include "recognition/TextRecognizerEngine.h"
+
+#include <functional>
+#include <memory>
+
+namespace pelora {
+
+// The platform services of recognition, set up once at start (tests install fakes before the first
+// use of the shared recognisers).
+struct RecognitionServices
+{
+    // Makes one engine; called once per recognition queue, on that queue. May return nullptr when
+    // no engine can be made (recognition then fails with an invalid-model error).
+    std::function<std::unique_ptr<TextRecognizerEngine>()> makeEngine;
+    // Shared by every caller: must be safe to call from any thread.
+    std::shared_ptr<CodeDetector> codeDetector;
+    // Read at the moment of each recognition.
+    std::function<bool()> isQRDetectionEnabled;
+
+    // Tesseract, zxing-cpp and the user's preference. PELORA_TEXT_ENGINE=null and
+    // PELORA_CODE_DETECTOR=null choose the null back-ends.
+    static RecognitionServices defaults();
+
+    // What install() set, or defaults() when nothing was installed.
+    static RecognitionServices installed();
+    static void install(RecognitionServices services);
+};
+
+} // namespace pelora

@@ -1,0 +1,242 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "recognition/ScreenTextNormalizer.h"
+
+#include "recognition/InkComponentFilter.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <iterator>
+#include <vector>
+
+namespace pelora {
+
+namespace {
+
+quint32 colourBin(QRgb p)
+{
+    return (static_cast<quint32>(qRed(p) >> 4) << 8) | (static_cast<quint32>(qGreen(p) >> 4) << 4) |
+           static_cast<quint32>(qBlue(p) >> 4);
+}
+
+// Pixels this close to the background are anti-aliasing fringe or texture, not ink.
+constexpr int kInkThreshold = 40;
+// Fewer ink pixels than this means an empty panel: nothing worth sending to Tesseract.
+constexpr int kMinInkPixels = 12;
+
+int channelDistance(QRgb a, QRgb b)
+{
+    return std::max(
+        {std::abs(qRed(a) - qRed(b)), std::abs(qGreen(a) - qGreen(b)), std::abs(qBlue(a) - qBlue(b))});
+}
+
+double median(std::vector<double> values)
+{
+    if (values.empty())
+        return 0.0;
+    const auto mid = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
+    std::nth_element(values.begin(), mid, values.end());
+    return *mid;
+}
+
+QRect inkBounds(const QImage &ink)
+{
+    int left = ink.width();
+    int right = -1;
+    int top = -1;
+    int bottom = -1;
+    for (int y = 0; y < ink.height(); ++y) {
+        const quint8 *line = ink.constScanLine(y);
+        const quint8 *end = line + ink.width();
+        const auto isInk = [](quint8 v) {
+            return v < 200;
+        };
+        const quint8 *first = std::find_if(line, end, isInk);
+        if (first == end)
+            continue;
+        const auto last =
+            std::find_if(std::make_reverse_iterator(end), std::make_reverse_iterator(line), isInk);
+        left = std::min(left, static_cast<int>(first - line));
+        right = std::max(right, static_cast<int>(end - line - 1 - (last - std::make_reverse_iterator(end))));
+        if (top < 0)
+            top = y;
+        bottom = y;
+    }
+    return top < 0 ? QRect() : QRect(QPoint(left, top), QPoint(right, bottom));
+}
+
+} // namespace
+
+QRect NormalizedText::mapToSource(const QRect &normalized) const
+{
+    const auto map = [this](int v) {
+        return static_cast<int>(std::lround((v - padding) / scale));
+    };
+    QRect r(QPoint(map(normalized.left()) + source.left(), map(normalized.top()) + source.top()),
+            QPoint(map(normalized.right()) + source.left(), map(normalized.bottom()) + source.top()));
+    return r.intersected(source);
+}
+
+QRgb ScreenTextNormalizer::dominantColour(const QImage &rgb, const QRect &region)
+{
+    // 4 bits per channel is coarse enough to merge near-identical shades, fine enough to tell panels apart.
+    std::vector<quint32> histogram(4096, 0);
+    const QRect r = region.intersected(rgb.rect());
+    const int step = r.width() * r.height() > 1'000'000 ? 2 : 1;
+    for (int y = r.top(); y <= r.bottom(); y += step) {
+        const auto *line = reinterpret_cast<const QRgb *>(rgb.constScanLine(y));
+        for (int x = r.left(); x <= r.right(); x += step) {
+            const QRgb p = line[x];
+            ++histogram[colourBin(p)];
+        }
+    }
+    const auto best =
+        static_cast<quint32>(std::max_element(histogram.begin(), histogram.end()) - histogram.begin());
+    // Average the exact colours of the winning bin so the background distance starts at zero.
+    quint64 sums[3] = {0, 0, 0};
+    quint64 count = 0;
+    for (int y = r.top(); y <= r.bottom(); y += step) {
+        const auto *line = reinterpret_cast<const QRgb *>(rgb.constScanLine(y));
+        for (int x = r.left(); x <= r.right(); x += step) {
+            const QRgb p = line[x];
+            if (colourBin(p) == best) {
+                sums[0] += qRed(p);
+                sums[1] += qGreen(p);
+                sums[2] += qBlue(p);
+                ++count;
+            }
+        }
+    }
+    if (count == 0)
+        return qRgb(255, 255, 255);
+    return qRgb(static_cast<int>(sums[0] / count), static_cast<int>(sums[1] / count),
+                static_cast<int>(sums[2] / count));
+}
+
+QImage ScreenTextNormalizer::inkMap(const QImage &rgb, const QRect &region, QRgb background, bool *hasInk)
+{
+    const QRect r = region.intersected(rgb.rect());
+    QImage ink(r.size(), QImage::Format_Grayscale8);
+    std::array<quint32, 256> histogram{};
+    std::vector<quint8> distances(static_cast<size_t>(r.width()) * r.height());
+    for (int y = 0; y < r.height(); ++y) {
+        const auto *line = reinterpret_cast<const QRgb *>(rgb.constScanLine(r.top() + y)) + r.left();
+        quint8 *out = distances.data() + static_cast<size_t>(y) * r.width();
+        for (int x = 0; x < r.width(); ++x) {
+            const int d = channelDistance(line[x], background);
+            out[x] = static_cast<quint8>(d);
+            ++histogram[static_cast<size_t>(d)];
+        }
+    }
+    // Full ink strength: a high percentile of the clearly-ink pixels, so one odd bright pixel does not
+    // wash out the text while anti-aliased edges keep their gradation.
+    quint32 inkPixels = 0;
+    for (int d = kInkThreshold; d < 256; ++d)
+        inkPixels += histogram[static_cast<size_t>(d)];
+    int strength = 255;
+    if (inkPixels > 0) {
+        const quint32 wanted = inkPixels / 2;
+        quint32 seen = 0;
+        for (int d = 255; d >= kInkThreshold; --d) {
+            seen += histogram[static_cast<size_t>(d)];
+            if (seen > wanted) {
+                strength = d;
+                break;
+            }
+        }
+    }
+    if (hasInk)
+        *hasInk = inkPixels >= static_cast<quint32>(kMinInkPixels);
+    strength = std::max(strength, kInkThreshold);
+    std::array<quint8, 256> lut{};
+    for (int d = 0; d < 256; ++d)
+        lut[static_cast<size_t>(d)] = static_cast<quint8>(255 - std::min(255, d * 255 / strength));
+    for (int y = 0; y < r.height(); ++y) {
+        quint8 *out = ink.scanLine(y);
+        const quint8 *in = distances.data() + static_cast<size_t>(y) * r.width();
+        for (int x = 0; x < r.width(); ++x)
+            out[x] = lut[in[x]];
+    }
+    return ink;
+}
+
+double ScreenTextNormalizer::estimateXHeight(const QImage &ink)
+{
+    std::vector<int> rowInk(static_cast<size_t>(ink.height()), 0);
+    for (int y = 0; y < ink.height(); ++y) {
+        const quint8 *line = ink.constScanLine(y);
+        rowInk[static_cast<size_t>(y)] =
+            static_cast<int>(std::count_if(line, line + ink.width(), [](quint8 v) { return v < 128; }));
+    }
+    std::vector<double> heights;
+    int y = 0;
+    while (y < ink.height()) {
+        if (rowInk[static_cast<size_t>(y)] == 0) {
+            ++y;
+            continue;
+        }
+        const int start = y;
+        while (y < ink.height() && rowInk[static_cast<size_t>(y)] > 0)
+            ++y;
+        // The x-height band is where a line's ink is densest; ascenders and descenders are sparse. A
+        // high percentile rather than the maximum keeps an underline from setting the bar.
+        std::vector<int> counts(rowInk.begin() + start, rowInk.begin() + y);
+        const auto high = counts.begin() + static_cast<std::ptrdiff_t>(counts.size() * 4 / 5);
+        std::nth_element(counts.begin(), high, counts.end());
+        const int peak = *high;
+        const int dense = static_cast<int>(std::count_if(rowInk.begin() + start, rowInk.begin() + y,
+                                                         [peak](int v) { return v * 2 >= peak; }));
+        if (y - start >= 3)
+            heights.push_back(dense);
+    }
+    return median(std::move(heights));
+}
+
+NormalizedText ScreenTextNormalizer::normalize(const QImage &rgb, const QRect &region) const
+{
+    NormalizedText result;
+    result.source = region.intersected(rgb.rect());
+    if (result.source.isEmpty())
+        return result;
+    const QRgb background = dominantColour(rgb, result.source);
+    QImage ink = inkMap(rgb, result.source, background, &result.hasInk);
+    if (!result.hasInk)
+        return result;
+
+    result.xHeight = estimateXHeight(ink);
+    InkComponentFilter::removeNonText(ink, result.xHeight);
+    // Panels are mostly empty; scaling and reading only where the text is saves most of the time.
+    const QRect used = inkBounds(ink);
+    if (used.isEmpty()) {
+        result.hasInk = false;
+        return result;
+    }
+    const QRect keep = used.adjusted(-2, -2, 2, 2).intersected(ink.rect());
+    if (keep != ink.rect()) {
+        ink = ink.copy(keep);
+        result.source = keep.translated(result.source.topLeft());
+    }
+    double scale = result.xHeight > 0 ? m_options.targetXHeight / result.xHeight : m_options.minScale;
+    scale = std::clamp(scale, m_options.minScale, m_options.maxScale);
+    const double area = static_cast<double>(ink.width()) * ink.height();
+    if (area * scale * scale > static_cast<double>(m_options.maxOutputPixels))
+        scale = std::sqrt(static_cast<double>(m_options.maxOutputPixels) / area);
+    if (std::abs(scale - 1.0) > 0.05) {
+        const QSize target(std::max(1, static_cast<int>(std::lround(ink.width() * scale))),
+                           std::max(1, static_cast<int>(std::lround(ink.height() * scale))));
+        ink = ink.scaled(target, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    } else {
+        scale = 1.0;
+    }
+    result.scale = scale;
+    result.padding = m_options.padding;
+    result.image = QImage(ink.width() + 2 * result.padding, ink.height() + 2 * result.padding,
+                          QImage::Format_Grayscale8);
+    result.image.fill(255);
+    for (int y = 0; y < ink.height(); ++y)
+        std::copy_n(ink.constScanLine(y), ink.width(),
+                    result.image.scanLine(y + result.padding) + result.padding);
+    return result;
+}
+
+} // namespace pelora

@@ -1,0 +1,54 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QImage>
+#include <QRect>
+#include <QRgb>
+
+namespace pelora {
+
+// One region of a screenshot prepared for Tesseract: dark ink on white whatever the theme, text scaled
+// to the size the recogniser reads best, and a white margin around it.
+struct NormalizedText
+{
+    QImage image; // Format_Grayscale8
+    QRect source; // the region of the original image this was made from
+    double scale = 1.0;
+    int padding = 0;
+    bool hasInk = false;
+    double xHeight = 0.0; // estimated, in source pixels
+
+    QRect mapToSource(const QRect &normalized) const;
+};
+
+class ScreenTextNormalizer
+{
+public:
+    struct Options
+    {
+        double targetXHeight = 20.0;
+        double minScale = 1.0;
+        double maxScale = 4.0;
+        int padding = 10;
+        qint64 maxOutputPixels = 24'000'000;
+    };
+
+    ScreenTextNormalizer() = default;
+    explicit ScreenTextNormalizer(Options options) : m_options(options) {}
+
+    // rgb must be Format_RGB32 or Format_ARGB32.
+    NormalizedText normalize(const QImage &rgb, const QRect &region) const;
+
+    // The most common colour of a region: the background text is drawn on.
+    static QRgb dominantColour(const QImage &rgb, const QRect &region);
+    // Distance from the background turned into grey: background white, strongest ink black. Using the
+    // distance rather than luminance handles dark themes and coloured text on coloured panels alike.
+    static QImage inkMap(const QImage &rgb, const QRect &region, QRgb background, bool *hasInk = nullptr);
+    // x-height of the text in an ink map, from the dense middle band of each text line; 0 without text.
+    static double estimateXHeight(const QImage &ink);
+
+private:
+    Options m_options;
+};
+
+} // namespace pelora

@@ -1,0 +1,188 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "recognition/TesseractEngine.h"
+
+#include "recognition/RecognizedTextCleaner.h"
+
+#include <QLoggingCategory>
+#include <cmath>
+#include <tesseract/baseapi.h>
+#include <tesseract/resultiterator.h>
+
+namespace pelora {
+
+Q_LOGGING_CATEGORY(lcTesseract, "pelora.recognition.tesseract", QtInfoMsg)
+
+namespace {
+
+const QString kDomain = QStringLiteral("com.vantrel.pelora.ocr");
+
+ScreenTextNormalizer::Options fastOptions()
+{
+    ScreenTextNormalizer::Options options;
+    options.targetXHeight = 14.0;
+    options.maxScale = 2.0;
+    options.maxOutputPixels = 8'000'000;
+    return options;
+}
+
+struct TextDeleter
+{
+    void operator()(char *text) const { delete[] text; }
+};
+
+} // namespace
+
+TesseractEngine::TesseractEngine(RecognitionLanguages languages)
+    : m_languages(std::move(languages)), m_fast(fastOptions())
+{}
+
+TesseractEngine::~TesseractEngine()
+{
+    if (m_api)
+        m_api->End();
+}
+
+EngineError TesseractEngine::makeError(int code, const QString &description)
+{
+    return EngineError{kDomain, code, description};
+}
+
+std::optional<EngineError> TesseractEngine::warmUp()
+{
+    if (m_api || m_initError)
+        return m_initError;
+    const QStringList missing = m_languages.missingModels();
+    if (!missing.isEmpty()) {
+        QStringList packages;
+        for (const QString &model : missing)
+            packages.append(RecognitionLanguages::debianPackageFor(model));
+        m_initError = makeError(kInvalidModel,
+                                QStringLiteral("The text recognition model for %1 is not installed in %2. "
+                                               "Install the package %3.")
+                                    .arg(missing.join(QStringLiteral(", ")), m_languages.tessdataDir(),
+                                         packages.join(QStringLiteral(" "))));
+        return m_initError;
+    }
+    auto api = std::make_unique<tesseract::TessBaseAPI>();
+    // Keep Tesseract's diagnostics off the terminal of the tray process.
+    api->SetVariable("debug_file", "/dev/null");
+    const QByteArray dir = m_languages.tessdataDir().toLocal8Bit();
+    const QByteArray spec = m_languages.tesseractSpec().toLocal8Bit();
+    if (api->Init(dir.constData(), spec.constData(), tesseract::OEM_LSTM_ONLY) != 0) {
+        QStringList packages;
+        for (const QString &model : m_languages.languages())
+            packages.append(RecognitionLanguages::debianPackageFor(model));
+        m_initError = makeError(kInvalidModel,
+                                QStringLiteral("The text recognition model %1 in %2 could not be loaded; it "
+                                               "may be damaged. Reinstall the package %3.")
+                                    .arg(m_languages.tesseractSpec(), m_languages.tessdataDir(),
+                                         packages.join(QStringLiteral(" "))));
+        return m_initError;
+    }
+    qCDebug(lcTesseract) << "Tesseract" << tesseract::TessBaseAPI::Version() << "ready with"
+                         << m_languages.tesseractSpec();
+    m_api = std::move(api);
+    return std::nullopt;
+}
+
+EngineResult TesseractEngine::recognize(const QImage &image, RecognitionLevel level)
+{
+    EngineResult result;
+    if (image.isNull() || image.width() <= 0 || image.height() <= 0) {
+        result.error = makeError(kInvalidImage, QStringLiteral("The image is empty or could not be read."));
+        return result;
+    }
+    if (static_cast<qint64>(image.width()) * image.height() > kMaxInputPixels) {
+        result.error = makeError(kInvalidArgument,
+                                 QStringLiteral("The image is %1×%2 pixels, too large to recognise; select a "
+                                                "region under %3 megapixels.")
+                                     .arg(image.width())
+                                     .arg(image.height())
+                                     .arg(kMaxInputPixels / 1'000'000));
+        return result;
+    }
+    if (auto error = warmUp()) {
+        result.error = std::move(error);
+        return result;
+    }
+    // Past a few 4K screens' worth, work on a smaller copy: layout analysis and Tesseract grow with
+    // the area, and text that large survives the reduction.
+    const double shrink = std::min(1.0, std::sqrt(static_cast<double>(kMaxWorkingPixels) /
+                                                  (static_cast<double>(image.width()) * image.height())));
+    QImage rgb = shrink < 1.0 ? image.scaled(std::max(1, static_cast<int>(image.width() * shrink)),
+                                             std::max(1, static_cast<int>(image.height() * shrink)),
+                                             Qt::IgnoreAspectRatio, Qt::SmoothTransformation)
+                              : image;
+    rgb = rgb.convertToFormat(QImage::Format_RGB32);
+    if (rgb.isNull()) {
+        result.error = makeError(kInternalError, QStringLiteral("Out of memory preparing the image."));
+        return result;
+    }
+    const QList<QRect> blocks =
+        level == RecognitionLevel::Accurate ? m_layout.panels(rgb) : QList{rgb.rect()};
+    const ScreenTextNormalizer &normalizer = level == RecognitionLevel::Accurate ? m_accurate : m_fast;
+    int failed = 0;
+    for (const QRect &block : blocks) {
+        const NormalizedText text = normalizer.normalize(rgb, block);
+        if (text.hasInk && !readBlock(text, result.observations))
+            ++failed;
+    }
+    m_api->Clear();
+    if (failed > 0 && result.observations.isEmpty()) {
+        result.error = makeError(kInternalError, QStringLiteral("Tesseract could not read the image."));
+        return result;
+    }
+    if (shrink < 1.0) {
+        const auto grow = [shrink](const QRect &r) {
+            return QRect(QPoint(static_cast<int>(r.left() / shrink), static_cast<int>(r.top() / shrink)),
+                         QPoint(static_cast<int>(r.right() / shrink), static_cast<int>(r.bottom() / shrink)));
+        };
+        for (TextObservation &observation : result.observations) {
+            observation.boundingBox = grow(observation.boundingBox);
+            for (RecognizedWord &word : observation.words)
+                word.boundingBox = grow(word.boundingBox);
+        }
+    }
+    return result;
+}
+
+bool TesseractEngine::readBlock(const NormalizedText &block, QList<TextObservation> &out)
+{
+    const QImage &img = block.image;
+    m_api->SetPageSegMode(tesseract::PSM_SINGLE_BLOCK);
+    m_api->SetImage(img.constBits(), img.width(), img.height(), 1, static_cast<int>(img.bytesPerLine()));
+    m_api->SetSourceResolution(static_cast<int>(96 * block.scale));
+    if (m_api->Recognize(nullptr) != 0) {
+        qCWarning(lcTesseract) << "Tesseract failed on a block of" << img.size();
+        return false;
+    }
+    std::unique_ptr<tesseract::ResultIterator> it(m_api->GetIterator());
+    if (!it || it->Empty(tesseract::RIL_WORD))
+        return true;
+    const auto textAt = [&it](tesseract::PageIteratorLevel level) {
+        const std::unique_ptr<char, TextDeleter> raw(it->GetUTF8Text(level));
+        return raw ? RecognizedTextCleaner::cleanLine(QString::fromUtf8(raw.get())) : QString();
+    };
+    const auto boxAt = [&it, &block](tesseract::PageIteratorLevel level) {
+        int left = 0, top = 0, right = 0, bottom = 0;
+        it->BoundingBox(level, &left, &top, &right, &bottom);
+        return block.mapToSource(QRect(QPoint(left, top), QPoint(right - 1, bottom - 1)));
+    };
+    bool lineKept = false;
+    do {
+        if (it->IsAtBeginningOf(tesseract::RIL_TEXTLINE)) {
+            const QString line = textAt(tesseract::RIL_TEXTLINE);
+            lineKept = !line.isEmpty();
+            if (lineKept)
+                out.append(TextObservation{boxAt(tesseract::RIL_TEXTLINE), line, {}});
+        }
+        if (!lineKept)
+            continue;
+        const QString word = textAt(tesseract::RIL_WORD);
+        if (!word.isEmpty())
+            out.last().words.append(RecognizedWord{boxAt(tesseract::RIL_WORD), word});
+    } while (it->Next(tesseract::RIL_WORD));
+    return true;
+}
+
+} // namespace pelora

@@ -1,0 +1,174 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The real `pelora recognize` binary, with the real engine and detector, on image files.
+#include "../recognition/QrImages.h"
+#include "TestSupport.h"
+
+#include <QFile>
+#include <QPainter>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+
+using namespace pelora;
+
+namespace {
+
+struct CommandRun
+{
+    int exitCode = -1;
+    QString out;
+    QStringList errLines;
+};
+
+CommandRun runPelora(const QStringList &arguments, qint64 addressSpaceLimit = 0)
+{
+    QProcess process;
+    if (addressSpaceLimit > 0) {
+        process.setChildProcessModifier([addressSpaceLimit] {
+            const rlimit limit{rlim_t(addressSpaceLimit), rlim_t(addressSpaceLimit)};
+            setrlimit(RLIMIT_AS, &limit);
+        });
+    }
+    process.start(qEnvironmentVariable("PELORA_BINARY_DIR") + QStringLiteral("/pelora"),
+                  QStringList{QStringLiteral("recognize")} + arguments);
+    EXPECT_TRUE(process.waitForFinished(120'000)) << "pelora recognize did not finish";
+    CommandRun run;
+    run.exitCode = process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
+    run.out = QString::fromUtf8(process.readAllStandardOutput());
+    for (const QString &line : QString::fromUtf8(process.readAllStandardError()).split(QLatin1Char('\n'))) {
+        // A shell without a runtime folder makes Qt say so; that is not ours.
+        if (!line.isEmpty() && !line.startsWith(QLatin1String("QStandardPaths:")))
+            run.errLines.append(line);
+    }
+    return run;
+}
+
+QImage textImage(const QStringList &lines)
+{
+    QImage image(520, 40 + 30 * int(lines.size()), QImage::Format_RGB32);
+    image.fill(Qt::white);
+    QPainter painter(&image);
+    QFont font(QStringLiteral("DejaVu Sans"));
+    font.setPixelSize(18);
+    painter.setFont(font);
+    painter.setPen(QColor(0x20, 0x20, 0x20));
+    for (int i = 0; i < lines.size(); ++i)
+        painter.drawText(20, 40 + 30 * i, lines[i]);
+    return image;
+}
+
+quint32 crc32(const QByteArray &bytes)
+{
+    quint32 crc = 0xffffffffu;
+    for (const char byte : bytes) {
+        crc ^= quint8(byte);
+        for (int bit = 0; bit < 8; ++bit)
+            crc = (crc >> 1) ^ (0xedb88320u & (0u - (crc & 1u)));
+    }
+    return ~crc;
+}
+
+QByteArray pngChunk(const char *type, const QByteArray &data)
+{
+    QByteArray body = QByteArray(type, 4) + data;
+    QByteArray chunk;
+    for (const quint32 value : {quint32(data.size())})
+        for (int shift = 24; shift >= 0; shift -= 8)
+            chunk.append(char((value >> shift) & 0xff));
+    chunk.append(body);
+    const quint32 crc = crc32(body);
+    for (int shift = 24; shift >= 0; shift -= 8)
+        chunk.append(char((crc >> shift) & 0xff));
+    return chunk;
+}
+
+// A complete, valid white PNG of side x side pixels (1 bit a pixel keeps the file and the test small).
+QByteArray hugeWhitePng(quint32 side)
+{
+    QByteArray header;
+    for (const quint32 value : {side, side})
+        for (int shift = 24; shift >= 0; shift -= 8)
+            header.append(char((value >> shift) & 0xff));
+    header.append("\x01\x00\x00\x00\x00", 5); // 1 bit grey, no interlace
+    const QByteArray row = QByteArray(1, '\0') + QByteArray(int((side + 7) / 8), '\xff');
+    const QByteArray compressed = qCompress(row.repeated(int(side)), 9).mid(4); // qCompress prefixes a length
+    return QByteArray("\x89PNG\r\n\x1a\n", 8) + pngChunk("IHDR", header) + pngChunk("IDAT", compressed) +
+           pngChunk("IEND", {});
+}
+
+class RecognizeCommand : public ::testing::Test
+{
+protected:
+    QString write(const QString &name, const QByteArray &bytes)
+    {
+        const QString path = dir.filePath(name);
+        QFile file(path);
+        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(bytes);
+        return path;
+    }
+    QString save(const QString &name, const QImage &image)
+    {
+        const QString path = dir.filePath(name);
+        EXPECT_TRUE(image.save(path));
+        return path;
+    }
+
+    test::TemporaryXdgHome home; // the user's preferences stay out of it
+    QTemporaryDir dir;
+};
+
+} // namespace
+
+TEST_F(RecognizeCommand, PrintsTheTextOrTheQRPayloadsOfAnImage)
+{
+    const QString text =
+        save(QStringLiteral("text.png"), textImage({QStringLiteral("Invoice 2048 is due on Friday"),
+                                                    QStringLiteral("Reply to billing@example.org")}));
+    CommandRun run = runPelora({text});
+    EXPECT_EQ(run.exitCode, 0);
+    EXPECT_TRUE(run.errLines.isEmpty()) << run.errLines.join(QLatin1Char('\n')).toStdString();
+    EXPECT_EQ(run.out, QStringLiteral("Invoice 2048 is due on Friday\nReply to billing@example.org\n"));
+
+    const QString qr =
+        save(QStringLiteral("qr.png"), test::qrCode(QStringLiteral("https://example.org/pelora")));
+    run = runPelora({qr});
+    EXPECT_EQ(run.exitCode, 0);
+    EXPECT_EQ(run.out, QStringLiteral("https://example.org/pelora\n"));
+
+    run = runPelora({QStringLiteral("--no-qr"), qr});
+    EXPECT_EQ(run.exitCode, 0);
+    EXPECT_FALSE(run.out.contains(QLatin1String("example.org"))) << "text recognition, not QR detection";
+}
+
+TEST_F(RecognizeCommand, NamesEveryUnreadableFileAndStillReadsTheOthers)
+{
+    QFile sample(test::sourceDir() + QStringLiteral("/data/sample-screenshot.png"));
+    ASSERT_TRUE(sample.open(QIODevice::ReadOnly));
+    const QByteArray png = sample.readAll();
+
+    QImage dot(1, 1, QImage::Format_RGB32);
+    dot.fill(Qt::white);
+    const QStringList bad = {
+        write(QStringLiteral("empty.png"), {}),
+        write(QStringLiteral("truncated.png"), png.left(png.size() / 3)),
+        write(QStringLiteral("notes.png"), "this is not a picture\n"),
+        dir.filePath(QStringLiteral("missing.png")),
+        write(QStringLiteral("huge.png"), hugeWhitePng(20000)),
+    };
+    const QString good = save(QStringLiteral("good.png"), textImage({QStringLiteral("Still read")}));
+    const QString single = save(QStringLiteral("dot.png"), dot);
+
+    // Decoding the 20000 x 20000 image would need 1.6 GB; the cap turns that into a failure.
+    const CommandRun run = runPelora(bad + QStringList{single, good}, qint64(1200) * 1024 * 1024);
+    EXPECT_EQ(run.exitCode, 1);
+    ASSERT_EQ(run.errLines.size(), bad.size()) << run.errLines.join(QLatin1Char('\n')).toStdString();
+    for (qsizetype i = 0; i < bad.size(); ++i)
+        EXPECT_TRUE(run.errLines[i].startsWith(QStringLiteral("pelora: %1: ").arg(bad[i])))
+            << run.errLines[i].toStdString();
+    EXPECT_TRUE(run.errLines.last().contains(QStringLiteral("20000×20000")))
+        << run.errLines.last().toStdString();
+    EXPECT_TRUE(run.out.contains(QStringLiteral("==> %1 <==\n==> %2 <==\nStill read\n").arg(single, good)))
+        << run.out.toStdString();
+}

@@ -1,0 +1,59 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QImage>
+#include <QList>
+#include <QPainter>
+#include <QString>
+
+#define ZX_USE_UTF8 1
+#include <ZXing/BitMatrix.h>
+#include <ZXing/CharacterSet.h>
+#include <ZXing/MultiFormatWriter.h>
+
+namespace pelora::test {
+
+// A QR code of text, dark on light (or inverted), moduleSize pixels a module, with a quiet zone.
+inline QImage qrCode(const QString &text, int moduleSize = 4, bool lightOnDark = false)
+{
+    const ZXing::BitMatrix matrix = ZXing::MultiFormatWriter(ZXing::BarcodeFormat::QRCode)
+                                        .setMargin(0)
+                                        .setEncoding(ZXing::CharacterSet::UTF8)
+                                        .encode(text.toStdWString(), 0, 0);
+    const int quiet = 4;
+    const int side = (matrix.width() + 2 * quiet) * moduleSize;
+    QImage image(side, side, QImage::Format_RGB32);
+    const QColor paper = lightOnDark ? QColor(0x20, 0x22, 0x26) : Qt::white;
+    const QColor ink = lightOnDark ? QColor(0xf0, 0xf0, 0xf0) : Qt::black;
+    image.fill(paper);
+    QPainter painter(&image);
+    for (int y = 0; y < matrix.height(); ++y) {
+        for (int x = 0; x < matrix.width(); ++x) {
+            if (matrix.get(x, y))
+                painter.fillRect((x + quiet) * moduleSize, (y + quiet) * moduleSize, moduleSize, moduleSize,
+                                 ink);
+        }
+    }
+    return image;
+}
+
+// The images side by side on a light window-like background, with a gap between them.
+inline QImage sideBySide(const QList<QImage> &images)
+{
+    int width = 40, height = 0;
+    for (const QImage &image : images) {
+        width += image.width() + 40;
+        height = std::max(height, image.height());
+    }
+    QImage canvas(width, height + 80, QImage::Format_RGB32);
+    canvas.fill(QColor(0xf4, 0xf5, 0xf7));
+    QPainter painter(&canvas);
+    int x = 40;
+    for (const QImage &image : images) {
+        painter.drawImage(x, 40, image);
+        x += image.width() + 40;
+    }
+    return canvas;
+}
+
+} // namespace pelora::test

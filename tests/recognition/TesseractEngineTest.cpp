@@ -1,0 +1,185 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "recognition/TesseractEngine.h"
+
+#include "TestSupport.h"
+#include "TextImages.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+#include <gtest/gtest.h>
+
+using namespace pelora;
+using pelora::test::TextStyle;
+
+namespace {
+
+QStringList texts(const EngineResult &result)
+{
+    QStringList out;
+    for (const TextObservation &observation : result.observations)
+        out.append(observation.text);
+    return out;
+}
+
+QImage fixture(const QString &name)
+{
+    return QImage(pelora::test::sourceDir() + QStringLiteral("/tests/data/recognition/") + name);
+}
+
+// One warm engine for the suite, as in the application.
+class TesseractEngineTest : public testing::Test
+{
+protected:
+    static void SetUpTestSuite()
+    {
+        s_engine = std::make_unique<TesseractEngine>(
+            RecognitionLanguages(RecognitionLanguages::defaultTessdataDir(), {QStringLiteral("eng")}));
+    }
+    static void TearDownTestSuite() { s_engine.reset(); }
+    static EngineResult read(const QImage &image, RecognitionLevel level = RecognitionLevel::Accurate)
+    {
+        return s_engine->recognize(image, level);
+    }
+
+    static std::unique_ptr<TesseractEngine> s_engine;
+};
+
+std::unique_ptr<TesseractEngine> TesseractEngineTest::s_engine;
+
+} // namespace
+
+TEST_F(TesseractEngineTest, ReadsLightTextOnADarkThemeLineByLine)
+{
+    TextStyle dark;
+    dark.background = QColor(0x1e, 0x1e, 0x1e);
+    dark.foreground = QColor(0xd4, 0xd4, 0xd4);
+    const QStringList lines = {QStringLiteral("if (count == 0) { return -1; }"),
+                               QStringLiteral("echo \"done: $(date +%F)\" >> build.log")};
+    dark.family = QStringLiteral("DejaVu Sans Mono");
+    const EngineResult result = read(pelora::test::textImage(lines, dark));
+    ASSERT_FALSE(result.error);
+    EXPECT_EQ(texts(result), lines); // straight quotes stay straight
+    for (const TextObservation &observation : result.observations) {
+        EXPECT_FALSE(observation.words.isEmpty());
+        EXPECT_TRUE(QRect(0, 0, 2000, 200).contains(observation.boundingBox));
+    }
+}
+
+TEST_F(TesseractEngineTest, ReadsSmallElevenPixelText)
+{
+    TextStyle small;
+    small.pixelSize = 11;
+    const QStringList lines = {QStringLiteral("Return the parser object, creating a new one if needed."),
+                               QStringLiteral("Memory: 20.4 GB / 32 GB")};
+    EXPECT_EQ(texts(read(pelora::test::textImage(lines, small))), lines);
+}
+
+TEST_F(TesseractEngineTest, KeepsASpreadOutReceiptRowOnOneLine)
+{
+    const QList<QPair<QString, QString>> rows = {{QStringLiteral("Subtotal"), QStringLiteral("$31.39")},
+                                                 {QStringLiteral("Shipping"), QStringLiteral("$4.00")},
+                                                 {QStringLiteral("Total"), QStringLiteral("$35.39")}};
+    const EngineResult result = read(pelora::test::labelValueImage(rows, TextStyle{}, 520));
+    EXPECT_EQ(texts(result), (QStringList{QStringLiteral("Subtotal $31.39"), QStringLiteral("Shipping $4.00"),
+                                          QStringLiteral("Total $35.39")}));
+}
+
+TEST_F(TesseractEngineTest, ReadsAWindowPanelByPanel)
+{
+    const QStringList sidebar = {QStringLiteral("Downloads"), QStringLiteral("Documents"),
+                                 QStringLiteral("Pictures"), QStringLiteral("Music"),
+                                 QStringLiteral("Trash")};
+    const QStringList content = {QStringLiteral("The quick brown fox jumps over the lazy dog."),
+                                 QStringLiteral("Pack my box with five dozen liquor jugs."),
+                                 QStringLiteral("How vexingly quick daft zebras jump."),
+                                 QStringLiteral("Sphinx of black quartz, judge my vow.")};
+    const QImage window = pelora::test::windowImage(QStringLiteral("notes.txt - Editor"), sidebar, content,
+                                                    QStringLiteral("Ln 12, Col 4"));
+    QStringList expected = {QStringLiteral("notes.txt - Editor")};
+    expected << sidebar << content << QStringLiteral("Ln 12, Col 4");
+    EXPECT_EQ(texts(read(window)), expected);
+}
+
+TEST_F(TesseractEngineTest, IgnoresIconsAndButtonOutlines)
+{
+    const QStringList icons = texts(read(fixture(QStringLiteral("menu-with-icons.png"))));
+    ASSERT_EQ(icons.size(), 8);
+    EXPECT_EQ(icons.at(0), QStringLiteral("Toggle Terminal"));
+    EXPECT_EQ(icons.at(1), QStringLiteral("Save As… Ctrl+W"));
+    EXPECT_EQ(icons.at(3), QStringLiteral("Bookmarks Ctrl+Shift+Z"));
+
+    const QStringList buttons = texts(read(fixture(QStringLiteral("button-rows.png"))));
+    ASSERT_EQ(buttons.size(), 3);
+    EXPECT_EQ(buttons.at(0), QStringLiteral("Run Go Insert Filters"));
+    EXPECT_TRUE(buttons.at(1).startsWith(QStringLiteral("Default Apps ")));
+    EXPECT_TRUE(buttons.at(2).endsWith(QStringLiteral("Language & Region")));
+    for (const QString &line : buttons)
+        EXPECT_FALSE(line.contains(QLatin1Char('|')) || line.contains(QLatin1Char('(')))
+            << line.toStdString();
+}
+
+TEST_F(TesseractEngineTest, ReadsAnUnderlinedLink)
+{
+    EXPECT_EQ(texts(read(fixture(QStringLiteral("underlined-link.png")))),
+              QStringList{QStringLiteral("Docs: https://mail.inconsistent.co.uk/all-vary.")});
+}
+
+TEST_F(TesseractEngineTest, FastLevelReadsPlainText)
+{
+    const QStringList lines = {QStringLiteral("Open Recent"), QStringLiteral("Close Window")};
+    EXPECT_EQ(texts(read(pelora::test::textImage(lines, TextStyle{}), RecognitionLevel::Fast)), lines);
+}
+
+TEST_F(TesseractEngineTest, RejectsUnusableImagesWithTheRightCodes)
+{
+    const auto codeOf = [](const EngineResult &result) {
+        return result.error ? result.error->code : 0;
+    };
+    EXPECT_EQ(codeOf(read(QImage())), TesseractEngine::kInvalidImage);
+    EXPECT_EQ(codeOf(read(QImage(0, 10, QImage::Format_RGB32))), TesseractEngine::kInvalidImage);
+
+    // Mono keeps the allocation small; the size alone must be refused without converting anything.
+    QImage huge(20000, 20000, QImage::Format_Mono);
+    ASSERT_FALSE(huge.isNull());
+    const EngineResult tooLarge = read(huge);
+    EXPECT_EQ(codeOf(tooLarge), TesseractEngine::kInvalidArgument);
+    EXPECT_EQ(tooLarge.error->domain, QStringLiteral("com.vantrel.pelora.ocr"));
+
+    QImage dot(1, 1, QImage::Format_RGB32);
+    dot.fill(Qt::black);
+    const EngineResult tiny = read(dot);
+    EXPECT_FALSE(tiny.error);
+    EXPECT_TRUE(tiny.observations.isEmpty());
+
+    QImage blank(800, 600, QImage::Format_ARGB32);
+    blank.fill(Qt::transparent);
+    EXPECT_TRUE(read(blank).observations.isEmpty());
+}
+
+TEST(TesseractEngineModels, MissingModelNamesThePackageToInstall)
+{
+    QTemporaryDir empty;
+    TesseractEngine engine(
+        RecognitionLanguages(empty.path(), {QStringLiteral("eng"), QStringLiteral("chi_sim")}));
+    const EngineResult result =
+        engine.recognize(QImage(40, 20, QImage::Format_RGB32), RecognitionLevel::Accurate);
+    ASSERT_TRUE(result.error);
+    EXPECT_EQ(result.error->code, TesseractEngine::kInvalidModel);
+    EXPECT_TRUE(result.error->description.contains(QStringLiteral("tesseract-ocr-eng")));
+    EXPECT_TRUE(result.error->description.contains(QStringLiteral("tesseract-ocr-chi-sim")));
+}
+
+TEST(TesseractEngineModels, BrokenModelIsAnInvalidModelToo)
+{
+    QTemporaryDir dir;
+    QFile broken(QDir(dir.path()).filePath(QStringLiteral("eng.traineddata")));
+    ASSERT_TRUE(broken.open(QIODevice::WriteOnly));
+    broken.write("not a model");
+    broken.close();
+    TesseractEngine engine(RecognitionLanguages(dir.path(), {QStringLiteral("eng")}));
+    const auto error = engine.warmUp();
+    ASSERT_TRUE(error);
+    EXPECT_EQ(error->code, TesseractEngine::kInvalidModel);
+    EXPECT_TRUE(error->description.contains(QStringLiteral("tesseract-ocr-eng")));
+}

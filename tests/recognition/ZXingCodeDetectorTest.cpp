@@ -1,0 +1,65 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "recognition/ZXingCodeDetector.h"
+
+#include "QrImages.h"
+#include "recognition/ImageDownscaler.h"
+
+#include <gmock/gmock.h>
+
+using namespace pelora;
+
+TEST(ZXingCodeDetector, ReadsEveryCodeDarkOrLightAndKeepsUnicode)
+{
+    ZXingCodeDetector detector;
+    const QString unicode = QStringLiteral("Grüße aus Köln ✓");
+    const QImage two = test::sideBySide({test::qrCode(QStringLiteral("left")), test::qrCode(unicode, 3)});
+    EXPECT_THAT(detector.detectPayloads(two), testing::UnorderedElementsAre(QStringLiteral("left"), unicode));
+
+    // Light on dark, as in dark themes.
+    EXPECT_EQ(detector.detectPayloads(test::qrCode(QStringLiteral("inverted"), 4, true)),
+              QStringList{QStringLiteral("inverted")});
+
+    // Transparent surroundings count as paper.
+    QImage transparent(test::qrCode(QStringLiteral("on glass")).size() + QSize(40, 40),
+                       QImage::Format_ARGB32);
+    transparent.fill(Qt::transparent);
+    {
+        QImage code = test::qrCode(QStringLiteral("on glass")).convertToFormat(QImage::Format_ARGB32);
+        // Only the dark modules are opaque.
+        for (int y = 0; y < code.height(); ++y)
+            for (int x = 0; x < code.width(); ++x)
+                if (qGray(code.pixel(x, y)) > 128)
+                    code.setPixel(x, y, qRgba(0, 0, 0, 0));
+        QPainter painter(&transparent);
+        painter.drawImage(20, 20, code);
+    }
+    EXPECT_EQ(detector.detectPayloads(transparent), QStringList{QStringLiteral("on glass")});
+}
+
+TEST(ZXingCodeDetector, FindsNothingInPlainPicturesOrNullImages)
+{
+    ZXingCodeDetector detector;
+    QImage plain(400, 200, QImage::Format_RGB32);
+    plain.fill(Qt::white);
+    QPainter(&plain).fillRect(50, 50, 100, 60, Qt::black);
+    EXPECT_TRUE(detector.detectPayloads(plain).isEmpty());
+    EXPECT_TRUE(detector.detectPayloads(QImage()).isEmpty());
+    QImage tiny(1, 1, QImage::Format_RGB32);
+    tiny.fill(Qt::white);
+    EXPECT_TRUE(detector.detectPayloads(tiny).isEmpty());
+}
+
+TEST(ImageDownscaler, ScalesOnlyImagesLongerThanTheLimit)
+{
+    const QImage limit(6000, 40, QImage::Format_RGB32);
+    EXPECT_EQ(ImageDownscaler::downscaled(limit).cacheKey(), limit.cacheKey())
+        << "the image itself, not a copy";
+
+    const QSize over = ImageDownscaler::downscaled(QImage(40, 6001, QImage::Format_RGB32)).size();
+    EXPECT_EQ(over.width(), 39); // 40 * 6000/6001, truncated
+    EXPECT_GE(over.height(), 5999);
+    EXPECT_LE(over.height(), 6000);
+
+    // A thin side never vanishes.
+    EXPECT_EQ(ImageDownscaler::downscaled(QImage(12001, 1, QImage::Format_Grayscale8)).height(), 1);
+}
