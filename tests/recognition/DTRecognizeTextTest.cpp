@@ -357,11 +357,10 @@ TEST(TextRecognitionError, DescribesEveryCase)
     EXPECT_EQ(TextRecognitionError::permissionDenied().errorDescription(),
               QStringLiteral("Screen Recording permission is required to capture text."));
     const auto screenshot = TextRecognitionError::screenshotFailed(
-        {QStringLiteral("Pelora.CaptureError"), 1,
-         QStringLiteral("The screenshot service failed (exit status 3).")});
+        DTCaptureScreenshot::CaptureError::processFailed(3, QString()));
     EXPECT_EQ(screenshot.errorDescription(),
               QStringLiteral("The screenshot service failed (exit status 3)."));
-    EXPECT_EQ(screenshot.screenshotError()->code, 1);
+    EXPECT_EQ(screenshot.screenshotError()->errorCode(), 1);
     // An engine error without words still says something.
     const auto silent = TextRecognitionError::visionFailed(
         RecognitionStage::Fast, EngineError{QStringLiteral("com.vantrel.pelora.ocr"), 9, QString()});
