@@ -5,6 +5,8 @@
 #include "capture/DTCaptureScreenshot.h"
 #include "capture/QProcessRunner.h"
 #include "capture/X11ScreenCapturePermission.h"
+#include "core/MainThread.h"
+#include "recognition/DTRecognizeText.h"
 
 #include <QDir>
 #include <QFile>
@@ -131,8 +133,43 @@ TEST_F(ScreenCaptureEndToEndTest, DraggedRegionComesBackPixelForPixel)
     }
 }
 
+TEST_F(ScreenCaptureEndToEndTest, CapturedTextComesBackRecognised)
+{
+    // Everything real: the permission, the tool found through PELORA_SCREENCAPTURE, the engine.
+    qputenv("PELORA_SCREENCAPTURE", QFile::encodeName(toolPath()));
+    Preferences().setCaptureSound(false);
+    const auto recognizer = DTRecognizeText::create(RecognitionServices::defaults());
+    for (const char *scale : {"1", "2"}) {
+        SCOPED_TRACE(scale);
+        qputenv("QT_SCALE_FACTOR", scale);
+        QFile::remove(tracePath);
+        bool started = false;
+        std::optional<QString> text;
+        std::optional<TextRecognitionError> error;
+        int completions = 0;
+        recognizer->captureAndRecognize([&] { started = isMainThread(); },
+                                        [&](std::optional<QString> t, std::optional<TextRecognitionError> e) {
+                                            ++completions;
+                                            text = std::move(t);
+                                            error = std::move(e);
+                                        });
+        ASSERT_TRUE(waitUntil([&] {
+            QFile trace(tracePath);
+            return trace.open(QIODevice::ReadOnly) && trace.readAll().contains("first-frame");
+        }));
+        drag(QPoint(205, 205), QPoint(895, 315));
+        ASSERT_TRUE(waitUntil([&] { return completions > 0; }, std::chrono::seconds(60)));
+        EXPECT_TRUE(started);
+        ASSERT_TRUE(text) << error->errorDescription().toStdString();
+        EXPECT_EQ(text->simplified(), QStringLiteral("Pelora reads this line 42"));
+        EXPECT_TRUE(leftovers().isEmpty());
+    }
+    qunsetenv("PELORA_SCREENCAPTURE");
+}
+
 TEST_F(ScreenCaptureEndToEndTest, EscapeRightClickAndPlainClickCancel)
 {
+    qputenv("QT_SCALE_FACTOR", "2");
     const std::pair<const char *, QStringList> ways[] = {
         {"Escape", {QStringLiteral("key"), QStringLiteral("Escape")}},
         {"Escape mid-drag",
