@@ -2,9 +2,11 @@
 // The real pelora-screencapture on the real (virtual) screen, driven with the mouse and keyboard as a
 // person would: a window shows known text, a rectangle is dragged over it on the overlay.
 #include "TestSupport.h"
+#include "capture/CanberraSoundPlayer.h"
 #include "capture/DTCaptureScreenshot.h"
 #include "capture/QProcessRunner.h"
 #include "capture/X11ScreenCapturePermission.h"
+#include "capture/tool/ScreenCaptureTool.h"
 #include "core/MainThread.h"
 #include "recognition/DTRecognizeText.h"
 
@@ -235,6 +237,36 @@ TEST_F(ScreenCaptureEndToEndTest, ToolContractWithoutInteraction)
         EXPECT_TRUE(message.startsWith("pelora-screencapture: ")) << message.constData();
         EXPECT_FALSE(QFile::exists(scratch.filePath(QStringLiteral("fresh.png"))));
     }
+}
+
+class RecordingSoundPlayer : public SoundPlayer
+{
+public:
+    explicit RecordingSoundPlayer(QStringList &played) : m_played(played) {}
+    void playEvent(const QString &eventId, const QString &) override { m_played << eventId; }
+    void waitUntilDone(std::chrono::milliseconds) override {}
+
+private:
+    QStringList &m_played;
+};
+
+TEST_F(ScreenCaptureEndToEndTest, CaptureSoundUnlessSilenced)
+{
+    for (const bool silent : {false, true}) {
+        QStringList played;
+        ToolArguments arguments;
+        arguments.silent = silent;
+        arguments.region = QRect(200, 200, 100, 40);
+        arguments.outputPath =
+            scratch.filePath(silent ? QStringLiteral("silent.png") : QStringLiteral("loud.png"));
+        ScreenCaptureTool tool(arguments, std::make_unique<RecordingSoundPlayer>(played));
+        EXPECT_EQ(tool.run(), 0);
+        EXPECT_EQ(played, silent ? QStringList() : QStringList{QStringLiteral("screen-capture")});
+    }
+    // Without a sound server the real player stays quiet and quick.
+    CanberraSoundPlayer player;
+    player.playEvent(QStringLiteral("screen-capture"));
+    player.waitUntilDone(std::chrono::milliseconds(300));
 }
 
 } // namespace

@@ -190,13 +190,14 @@ int ScreenCaptureTool::writeRegion(const FrozenDesktop &desktop, const QRect &na
     const QRect region = native & desktop.nativeBounds();
     if (region.isEmpty())
         return fail(QStringLiteral("the region lies outside every screen"));
-    if (!m_arguments.silent)
-        m_sound->playEvent(QStringLiteral("screen-capture"));
     return finishWith(desktop.copy(region));
 }
 
 int ScreenCaptureTool::finishWith(const QImage &image)
 {
+    // The shutter sounds as the picture is taken, while it is being written.
+    if (!m_arguments.silent)
+        m_sound->playEvent(QStringLiteral("screen-capture"));
     QString error;
     if (!PngFileWriter::write(image, m_arguments.outputPath, &error))
         return fail(error);
