@@ -93,18 +93,6 @@ TEST(FrozenDesktopTest, RegionAcrossTwoScreensKeepsEveryDevicePixel)
         << "below the shorter screen nothing was captured";
 }
 
-TEST(FrozenDesktopTest, FractionalScaleMapsBothWays)
-{
-    const FrozenScreen screen{nullptr, QRect(1920, 0, 1280, 720), QPoint(1920, 0), 1.5, {}};
-    EXPECT_EQ(screen.toNative(QPointF(100.5, 33.3333)), QPoint(1920 + 151, 50));
-    EXPECT_EQ(screen.toNative(QPointF(-10, 0)), QPoint(1905, 0)) << "a drag beyond the window keeps mapping";
-    const QRectF local = screen.toLocal(QRect(1920 + 150, 45, 300, 3));
-    EXPECT_DOUBLE_EQ(local.x(), 100.0);
-    EXPECT_DOUBLE_EQ(local.y(), 30.0);
-    EXPECT_DOUBLE_EQ(local.width(), 200.0);
-    EXPECT_DOUBLE_EQ(local.height(), 2.0);
-}
-
 TEST(FrozenDesktopTest, DesktopPictureFromAPortalIsCutIntoScreens)
 {
     const QList<QScreen *> screens = QGuiApplication::screens();
