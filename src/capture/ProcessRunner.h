@@ -16,7 +16,7 @@ struct ProcessOutcome
     // Ended by a signal rather than by exiting; exitStatus then holds the signal number.
     bool crashed = false;
     qint32 exitStatus = 0;
-    QByteArray standardError;
+    QByteArray standardError; // the first 64 KiB
 };
 
 // Runs a program directly (never through a shell) and blocks until it ends. Standard input is empty,

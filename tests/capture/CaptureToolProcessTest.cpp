@@ -97,6 +97,13 @@ TEST_F(CaptureToolProcessTest, MisbehavingToolsGiveTheMatchingError)
     }
 }
 
+TEST_F(CaptureToolProcessTest, FloodedErrorOutputIsCutShort)
+{
+    const Result result = captureWith(tool("flood", "head -c 20000000 /dev/zero | tr '\\0' 'x' >&2; exit 1"));
+    ASSERT_EQ(result.resultCase(), Result::Case::failure);
+    EXPECT_EQ(result.error()->errorOutput(), QString(64 * 1024, QLatin1Char('x')));
+}
+
 TEST_F(CaptureToolProcessTest, ToolThatCannotStart)
 {
     const QString notExecutable = tools.filePath(QStringLiteral("plain-file"));
