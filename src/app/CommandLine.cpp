@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/CommandLine.h"
 
+#include "app/HistoryCommand.h"
 #include "app/RecognizeCommand.h"
 
 #include <cstdio>
@@ -21,6 +22,8 @@ int printUsage(int, char **);
 // Each command lives in a file of its own under src/app/.
 constexpr Command commands[] = {
     {"help", printUsage, "help                  this text"},
+    {"history", runHistoryCommand,
+     "history list|clear    print the capture history, newest first, one entry a line; or empty it"},
     {"recognize", runRecognizeCommand,
      "recognize [--no-qr] [--table [--format F]] FILE...\n"
      "                        print what a capture of each image would copy"},

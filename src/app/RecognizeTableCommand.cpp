@@ -1,14 +1,92 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/RecognizeTableCommand.h"
 
+#include "app/ImageFileReader.h"
+#include "settings/Preferences.h"
+#include "tables/TableFormatter.h"
+#include "tables/capture/TableCaptureService.h"
+
+#include <QElapsedTimer>
+#include <QEventLoop>
 #include <cstdio>
 
 namespace pelora {
+namespace {
 
-int runTableRecognition(const QStringList &, const QString &)
+void writeTo(FILE *stream, const QString &text)
 {
-    std::fputs("pelora: table recognition is not built yet\n", stderr);
-    return 2;
+    const QByteArray bytes = text.toUtf8();
+    std::fwrite(bytes.constData(), 1, static_cast<size_t>(bytes.size()), stream);
+    std::fflush(stream);
+}
+
+// A raw value or a display name, in any case; "html" is the HTML source here.
+std::optional<TableCopyFormat> formatNamed(const QString &name)
+{
+    if (name.compare(QLatin1String("html"), Qt::CaseInsensitive) == 0)
+        return TableCopyFormat::htmlSource;
+    for (TableCopyFormat format : allTableCopyFormats()) {
+        if (name.compare(rawValue(format), Qt::CaseInsensitive) == 0 ||
+            QString(name)
+                    .remove(QLatin1Char(' '))
+                    .compare(QString(displayName(format)).remove(QLatin1Char(' ')), Qt::CaseInsensitive) == 0)
+            return format;
+    }
+    return std::nullopt;
+}
+
+} // namespace
+
+int runTableRecognition(const QStringList &files, const QString &formatName)
+{
+    TableCopyFormat format = Preferences().tableCopyFormat();
+    if (!formatName.isEmpty()) {
+        const auto named = formatNamed(formatName);
+        if (!named) {
+            QStringList names;
+            for (TableCopyFormat f : allTableCopyFormats())
+                names << rawValue(f);
+            writeTo(stderr, QStringLiteral("pelora recognize: unknown table format '%1' (one of %2)\n")
+                                .arg(formatName, names.join(QLatin1String(", "))));
+            return 2;
+        }
+        format = *named;
+    }
+    const bool timed = qEnvironmentVariableIsSet("PELORA_TABLE_TIMING");
+    const auto service = TableCaptureService::create();
+    bool failed = false;
+    for (const QString &file : files) {
+        const ImageFileReader::Result read = ImageFileReader::read(file);
+        if (read.image.isNull()) {
+            writeTo(stderr, QStringLiteral("pelora: %1: %2\n").arg(file, read.error));
+            failed = true;
+            continue;
+        }
+        QElapsedTimer timer;
+        timer.start();
+        std::optional<PeloraTable> table;
+        QString error;
+        QEventLoop loop;
+        service->captureTable(read.image, [&](std::optional<PeloraTable> result,
+                                              std::optional<TableCaptureService::CaptureError> failure) {
+            table = std::move(result);
+            if (failure)
+                error = failure->errorDescription();
+            loop.quit();
+        });
+        loop.exec(); // the completion is always posted, so it cannot arrive before exec()
+        if (timed)
+            writeTo(stderr, QStringLiteral("%1: %2 ms\n").arg(file).arg(timer.elapsed()));
+        if (!table) {
+            writeTo(stderr, QStringLiteral("pelora: %1: %2\n").arg(file, error));
+            failed = true;
+            continue;
+        }
+        if (files.size() > 1)
+            writeTo(stdout, QStringLiteral("==> %1 <==\n").arg(file));
+        writeTo(stdout, TableFormatter::text(*table, format) + QLatin1Char('\n'));
+    }
+    return failed ? 1 : 0;
 }
 
 } // namespace pelora

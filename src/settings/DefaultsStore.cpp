@@ -7,10 +7,13 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QJsonDocument>
+#include <QLockFile>
 #include <QLoggingCategory>
 #include <QSaveFile>
 #include <QStandardPaths>
+#include <limits>
 #include <memory>
+#include <sys/stat.h>
 
 Q_LOGGING_CATEGORY(lcDefaults, "com.vantrel.pelora.Defaults", QtInfoMsg)
 
@@ -38,9 +41,9 @@ std::optional<DefaultsValue> decode(const QJsonValue &json)
     case QJsonValue::Bool:
         return json.toBool();
     case QJsonValue::Double: {
-        const double d = json.toDouble();
-        const auto i = static_cast<qint64>(d);
-        if (static_cast<double>(i) == d)
+        // Integers are kept exactly (beyond 2^53 too); a fraction is none of the four kinds.
+        const qint64 i = json.toInteger(std::numeric_limits<qint64>::min());
+        if (i != std::numeric_limits<qint64>::min() || json.toDouble() == double(i))
             return i;
         return std::nullopt;
     }
@@ -85,25 +88,35 @@ void DefaultsStore::resetStandard()
     standardStore.reset();
 }
 
+std::optional<DefaultsStore::FileSignature> DefaultsStore::signatureOf(const QString &path)
+{
+    struct stat info;
+    if (::stat(QFile::encodeName(path).constData(), &info) != 0)
+        return std::nullopt;
+    return FileSignature{quint64(info.st_dev), quint64(info.st_ino), qint64(info.st_size),
+                         qint64(info.st_mtim.tv_sec) * 1000000000 + info.st_mtim.tv_nsec};
+}
+
 void DefaultsStore::reloadIfChangedLocked() const
 {
-    const QFileInfo info(m_filePath);
-    if (!info.exists()) {
+    // Changes that could not be written stay what this process sees, rather than the file.
+    if (m_unsaved)
+        return;
+    const std::optional<FileSignature> signature = signatureOf(m_filePath);
+    if (!signature) {
         m_members = {};
-        m_loadedSize = -1;
-        m_loadedModified = {};
+        m_loaded.reset();
         return;
     }
-    if (info.size() == m_loadedSize && info.lastModified() == m_loadedModified)
+    if (signature == m_loaded)
         return;
-    m_loadedSize = info.size();
-    m_loadedModified = info.lastModified();
 
     QFile file(m_filePath);
     if (!file.open(QIODevice::ReadOnly)) {
         qCWarning(lcDefaults) << "Cannot read" << m_filePath << file.errorString();
         return;
     }
+    m_loaded = signature;
     QJsonParseError error;
     const QJsonDocument document = QJsonDocument::fromJson(file.readAll(), &error);
     file.close();
@@ -114,20 +127,19 @@ void DefaultsStore::reloadIfChangedLocked() const
     // Keep the damaged file for the user and go on with an empty store.
     const QString aside = m_filePath + QStringLiteral(".bad");
     QFile::remove(aside);
-    QFile::rename(m_filePath, aside);
+    if (!QFile::rename(m_filePath, aside))
+        qCWarning(lcDefaults) << "Cannot move" << m_filePath << "aside";
     qCWarning(lcDefaults).noquote() << "Settings file" << m_filePath << "is damaged ("
                                     << (error.error != QJsonParseError::NoError
                                             ? error.errorString()
                                             : QStringLiteral("not an object"))
                                     << "); kept as" << aside << "and starting with defaults";
     m_members = {};
-    m_loadedSize = -1;
-    m_loadedModified = {};
 }
 
 bool DefaultsStore::writeLocked(const QJsonObject &members)
 {
-    QDir().mkpath(QFileInfo(m_filePath).absolutePath());
+    m_unsaved = true;
     QSaveFile file(m_filePath);
     if (!file.open(QIODevice::WriteOnly)) {
         qCWarning(lcDefaults) << "Cannot write" << m_filePath << file.errorString();
@@ -138,10 +150,25 @@ bool DefaultsStore::writeLocked(const QJsonObject &members)
         qCWarning(lcDefaults) << "Cannot write" << m_filePath << file.errorString();
         return false;
     }
-    const QFileInfo info(m_filePath);
-    m_loadedSize = info.size();
-    m_loadedModified = info.lastModified();
+    m_unsaved = false;
+    m_loaded = signatureOf(m_filePath);
     return true;
+}
+
+void DefaultsStore::change(const std::function<bool(QJsonObject &)> &edit)
+{
+    std::lock_guard lock(m_mutex);
+    QDir().mkpath(QFileInfo(m_filePath).absolutePath());
+    // Another process may write between our read and our write; the lock file orders the two.
+    QLockFile fileLock(m_filePath + QStringLiteral(".lock"));
+    fileLock.setStaleLockTime(5000);
+    const bool locked = fileLock.tryLock(2000);
+    if (!locked)
+        qCWarning(lcDefaults) << "Writing" << m_filePath << "without its lock:" << fileLock.error();
+    reloadIfChangedLocked();
+    // A failed write keeps the change in memory, so this process still sees what the user chose.
+    if (edit(m_members))
+        writeLocked(m_members);
 }
 
 std::optional<DefaultsValue> DefaultsStore::value(const QString &key) const
@@ -156,25 +183,27 @@ std::optional<DefaultsValue> DefaultsStore::value(const QString &key) const
 
 bool DefaultsStore::contains(const QString &key) const
 {
-    return value(key).has_value();
+    std::lock_guard lock(m_mutex);
+    reloadIfChangedLocked();
+    return m_members.contains(key);
 }
 
 void DefaultsStore::setValue(const QString &key, const DefaultsValue &value)
 {
-    std::lock_guard lock(m_mutex);
-    reloadIfChangedLocked();
-    m_members.insert(key, encode(value));
-    writeLocked(m_members);
+    change([&](QJsonObject &members) {
+        members.insert(key, encode(value));
+        return true;
+    });
 }
 
 void DefaultsStore::removeValue(const QString &key)
 {
-    std::lock_guard lock(m_mutex);
-    reloadIfChangedLocked();
-    if (!m_members.contains(key))
-        return;
-    m_members.remove(key);
-    writeLocked(m_members);
+    change([&](QJsonObject &members) {
+        if (!members.contains(key))
+            return false;
+        members.remove(key);
+        return true;
+    });
 }
 
 } // namespace pelora

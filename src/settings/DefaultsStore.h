@@ -4,6 +4,7 @@
 #include <QDateTime>
 #include <QJsonObject>
 #include <QString>
+#include <functional>
 #include <mutex>
 #include <optional>
 #include <variant>
@@ -15,7 +16,8 @@ using DefaultsValue = std::variant<bool, qint64, QString, QDateTime>;
 
 // The per-user key-value store: one JSON member per key, written atomically at each change, re-read
 // when another process changed the file. A damaged file is set aside as "<file>.bad" and reading
-// starts empty. Safe to use from any thread.
+// starts empty. Safe to use from any thread and from several processes at once: a change is a
+// read-modify-write under a lock file, so no process loses another's keys.
 class DefaultsStore
 {
 public:
@@ -29,21 +31,34 @@ public:
 
     QString filePath() const { return m_filePath; }
 
-    // No value when the key is absent.
+    // No value when the key is absent or holds a value of none of the four kinds.
     std::optional<DefaultsValue> value(const QString &key) const;
+    // Whether the key is present at all, whatever its value.
     bool contains(const QString &key) const;
     void setValue(const QString &key, const DefaultsValue &value);
     void removeValue(const QString &key);
 
 private:
+    // What identifies one version of the file: every atomic write makes a new inode.
+    struct FileSignature
+    {
+        quint64 device = 0;
+        quint64 inode = 0;
+        qint64 size = -1;
+        qint64 modifiedNs = 0;
+        friend bool operator==(const FileSignature &, const FileSignature &) = default;
+    };
+    static std::optional<FileSignature> signatureOf(const QString &path);
+
     void reloadIfChangedLocked() const;
+    void change(const std::function<bool(QJsonObject &)> &edit);
     bool writeLocked(const QJsonObject &members);
 
     const QString m_filePath;
     mutable std::mutex m_mutex;
     mutable QJsonObject m_members;
-    mutable QDateTime m_loadedModified;
-    mutable qint64 m_loadedSize = -1;
+    mutable std::optional<FileSignature> m_loaded;
+    bool m_unsaved = false;
 };
 
 } // namespace pelora

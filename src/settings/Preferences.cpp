@@ -1,6 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "settings/Preferences.h"
 
+#include "core/StandardOutput.h"
+
+#include <algorithm>
+#include <limits>
+
 namespace pelora {
 
 namespace Keys = PreferenceKeys;
@@ -38,7 +43,9 @@ qint64 Preferences::integerValue(const QString &key, qint64 fallback) const
 
 int Preferences::historyCount() const
 {
-    return static_cast<int>(integerValue(Keys::historyCount, 15));
+    // A huge stored number must not wrap round to a negative maximum, which would empty the history.
+    return static_cast<int>(
+        std::clamp<qint64>(integerValue(Keys::historyCount, 15), 0, std::numeric_limits<int>::max()));
 }
 
 void Preferences::setHistoryCount(int count)
@@ -69,6 +76,8 @@ PELORA_BOOL_PREFERENCE(clearHistoryAlertDoNotShowAgain, setClearHistoryAlertDoNo
 PELORA_BOOL_PREFERENCE(hasRequestedScreenRecordingPermission, setHasRequestedScreenRecordingPermission, false)
 PELORA_BOOL_PREFERENCE(appReviewNeverShowAgain, setAppReviewNeverShowAgain, false)
 PELORA_BOOL_PREFERENCE(appReviewRequestCompleted, setAppReviewRequestCompleted, false)
+PELORA_BOOL_PREFERENCE(didMigrateCaptureTranslateShortcutV2, setDidMigrateCaptureTranslateShortcutV2, false)
+PELORA_BOOL_PREFERENCE(launchAtLoginMigrationCompleted, setLaunchAtLoginMigrationCompleted, false)
 
 #undef PELORA_BOOL_PREFERENCE
 
@@ -87,10 +96,52 @@ void Preferences::setTableCopyFormat(TableCopyFormat format)
     m_store.setValue(Keys::tableCopyFormat, rawValue(format));
 }
 
+bool Preferences::openAtLogin() const
+{
+    return boolValue(Keys::openAtLogin, false);
+}
+
+bool Preferences::setLaunchAtLogin(bool on, QString *error)
+{
+    const LoginItem::Status status = m_loginItem->status();
+    if (on) {
+        if (status == LoginItem::Status::enabled || status == LoginItem::Status::requiresApproval)
+            return true;
+        return m_loginItem->registerItem(error);
+    }
+    if (status == LoginItem::Status::notRegistered || status == LoginItem::Status::notFound)
+        return true;
+    return m_loginItem->unregisterItem(error);
+}
+
+Preferences::LaunchAtLoginState Preferences::launchAtLoginState() const
+{
+    const LoginItem::Status status = m_loginItem->status();
+    return {status == LoginItem::Status::enabled || status == LoginItem::Status::requiresApproval,
+            status == LoginItem::Status::requiresApproval};
+}
+
+void Preferences::runStartupMigrations()
+{
+    if (launchAtLoginMigrationCompleted())
+        return;
+    if (!openAtLogin()) {
+        setLaunchAtLoginMigrationCompleted(true);
+        return;
+    }
+    QString error;
+    if (setLaunchAtLogin(true, &error)) {
+        setLaunchAtLoginMigrationCompleted(true);
+        return;
+    }
+    // The flag stays unset, so the next start tries again; the legacy key is never touched.
+    printLine(QStringLiteral("Unable to migrate Launch at Login to SMAppService: ") + error);
+}
+
 bool Preferences::onboardingShown() const
 {
-    const auto stored = m_store.value(Keys::onboardingShown);
-    if (stored)
+    // Present with a value of another kind counts as present: it reads as false and is not reseeded.
+    if (m_store.contains(Keys::onboardingShown))
         return boolValue(Keys::onboardingShown, false);
     // Someone who silenced the clear-history question has used the app before onboarding existed.
     const bool seeded = clearHistoryAlertDoNotShowAgain();

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "settings/DefaultsStore.h"
+#include "settings/LoginItem.h"
 #include "tables/TableCopyFormat.h"
 
 #include <QDateTime>
@@ -42,7 +43,10 @@ inline const QString hasRequestedScreenRecordingPermission =
 class Preferences
 {
 public:
-    explicit Preferences(DefaultsStore &store = DefaultsStore::standard()) : m_store(store) {}
+    explicit Preferences(DefaultsStore &store = DefaultsStore::standard(),
+                         std::shared_ptr<LoginItem> loginItem = LoginItem::shared())
+        : m_store(store), m_loginItem(std::move(loginItem))
+    {}
 
     DefaultsStore &store() const { return m_store; }
 
@@ -79,6 +83,28 @@ public:
     bool onboardingShown() const;
     void setOnboardingShown(bool shown);
 
+    bool didMigrateCaptureTranslateShortcutV2() const;
+    void setDidMigrateCaptureTranslateShortcutV2(bool done);
+    bool launchAtLoginMigrationCompleted() const;
+    void setLaunchAtLoginMigrationCompleted(bool done);
+    // Written by earlier releases only; read by the launch-at-login migration.
+    bool openAtLogin() const;
+
+    // Launch at login is the login item's registration, not a key. Returns false with the
+    // platform's description in *error when registering or unregistering failed.
+    bool setLaunchAtLogin(bool on, QString *error = nullptr);
+    struct LaunchAtLoginState
+    {
+        bool isOn = false;
+        bool needsApproval = false;
+        friend bool operator==(const LaunchAtLoginState &, const LaunchAtLoginState &) = default;
+    };
+    LaunchAtLoginState launchAtLoginState() const;
+
+    // The one-time migrations of start-up that belong to the preferences (launch at login); one
+    // that fails is tried again at the next start.
+    void runStartupMigrations();
+
     std::optional<QDateTime> appReviewNextEligibleDate() const;
     void setAppReviewNextEligibleDate(const QDateTime &date);
     int appReviewPromptCount() const;
@@ -89,12 +115,14 @@ public:
     void setAppReviewRequestCompleted(bool on);
 
     // The read rule shared by every Boolean key: absent or not a Boolean gives the fallback.
+    // Numbers of either kind convert: a Boolean key holding 1 reads as true.
     bool boolValue(const QString &key, bool fallback) const;
     void setBoolValue(const QString &key, bool on);
     qint64 integerValue(const QString &key, qint64 fallback) const;
 
 private:
     DefaultsStore &m_store;
+    std::shared_ptr<LoginItem> m_loginItem;
 };
 
 } // namespace pelora

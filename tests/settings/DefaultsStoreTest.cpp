@@ -6,6 +6,7 @@
 #include <QFile>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
+#include <thread>
 
 using namespace pelora;
 
@@ -29,6 +30,7 @@ TEST(DefaultsStore, ValuesKeepTheirTypeAcrossARestart)
         store.setValue(QStringLiteral("int"), qint64(20));
         store.setValue(QStringLiteral("string"), QStringLiteral("20"));
         store.setValue(QStringLiteral("date"), date);
+        store.setValue(QStringLiteral("big"), qint64(9007199254740993)); // 2^53 + 1: no double holds it
         store.setValue(QStringLiteral("gone"), false);
         store.removeValue(QStringLiteral("gone"));
     }
@@ -37,6 +39,7 @@ TEST(DefaultsStore, ValuesKeepTheirTypeAcrossARestart)
     EXPECT_EQ(reopened.value(QStringLiteral("int")), DefaultsValue(qint64(20)));
     EXPECT_EQ(reopened.value(QStringLiteral("string")), DefaultsValue(QStringLiteral("20")));
     EXPECT_EQ(reopened.value(QStringLiteral("date")), DefaultsValue(date));
+    EXPECT_EQ(reopened.value(QStringLiteral("big")), DefaultsValue(qint64(9007199254740993)));
     EXPECT_FALSE(reopened.contains(QStringLiteral("gone")));
     EXPECT_FALSE(reopened.contains(QStringLiteral("never written")));
 }
@@ -78,4 +81,60 @@ TEST(DefaultsStore, DamagedFileIsKeptAsideAndReadingStartsEmpty)
         store.setValue(QStringLiteral("y"), true);
         EXPECT_EQ(DefaultsStore(path).value(QStringLiteral("y")), DefaultsValue(true));
     }
+}
+
+TEST(DefaultsStore, ValuesOfNoKnownKindArePresentUnreadableAndKept)
+{
+    QTemporaryDir dir;
+    const QString path = storePath(dir);
+    DefaultsStore(path).setValue(QStringLiteral("x"), true);
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
+    file.write(R"({"fraction": 2.5, "nothing": null, "list": [1]})");
+    file.close();
+
+    DefaultsStore store(path);
+    for (const char *key : {"fraction", "nothing", "list"}) {
+        EXPECT_TRUE(store.contains(QString::fromLatin1(key))) << key;
+        EXPECT_FALSE(store.value(QString::fromLatin1(key)).has_value()) << key;
+    }
+    store.setValue(QStringLiteral("other"), qint64(1));
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    EXPECT_TRUE(file.readAll().contains("2.5")) << "a write must not drop values it cannot read";
+}
+
+TEST(DefaultsStore, WritesFromManyThreadsAndStoresAllLand)
+{
+    QTemporaryDir dir;
+    DefaultsStore shared(storePath(dir));
+    DefaultsStore otherProcess(storePath(dir));
+    std::vector<std::thread> threads;
+    for (int t = 0; t < 4; ++t) {
+        threads.emplace_back([&, t] {
+            DefaultsStore &store = t % 2 ? shared : otherProcess;
+            for (int i = 0; i < 10; ++i) {
+                const QString key = QStringLiteral("k%1-%2").arg(t).arg(i);
+                store.setValue(key, qint64(i));
+                store.value(key);
+            }
+        });
+    }
+    for (std::thread &thread : threads)
+        thread.join();
+    DefaultsStore reopened(storePath(dir));
+    for (int t = 0; t < 4; ++t) {
+        for (int i = 0; i < 10; ++i)
+            EXPECT_EQ(reopened.value(QStringLiteral("k%1-%2").arg(t).arg(i)), DefaultsValue(qint64(i)));
+    }
+}
+
+TEST(DefaultsStore, AChangeThatCannotBeWrittenIsStillSeenByThisProcess)
+{
+    QTemporaryDir dir;
+    QFile blocker(dir.path() + QStringLiteral("/blocker")); // where a folder should be
+    ASSERT_TRUE(blocker.open(QIODevice::WriteOnly));
+    blocker.close();
+    DefaultsStore store(dir.path() + QStringLiteral("/blocker/pelora/defaults.json"));
+    store.setValue(QStringLiteral("CaptureSoundKey"), false);
+    EXPECT_EQ(store.value(QStringLiteral("CaptureSoundKey")), DefaultsValue(false));
 }

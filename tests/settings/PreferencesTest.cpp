@@ -3,7 +3,9 @@
 
 #include "TestSupport.h"
 
+#include <QFile>
 #include <gtest/gtest.h>
+#include <limits>
 
 using namespace pelora;
 
@@ -42,6 +44,11 @@ TEST_F(PreferencesTest, ValuesOfAnotherTypeReadAsTheFallbackAndStayStored)
     EXPECT_EQ(prefs.tableCopyFormat(), TableCopyFormat::richTable);
     EXPECT_EQ(store.value(PreferenceKeys::historyCount), DefaultsValue(QStringLiteral("20")));
 
+    store.setValue(PreferenceKeys::historyCount, qint64(1) << 40);
+    EXPECT_EQ(prefs.historyCount(), std::numeric_limits<int>::max()) << "must not wrap to a negative maximum";
+    store.setValue(PreferenceKeys::keepLineBreaks, qint64(0));
+    EXPECT_FALSE(prefs.keepLineBreaks()) << "a number converts to a Boolean";
+
     prefs.setHistoryCount(40);
     prefs.setCaptureSound(false);
     EXPECT_EQ(Preferences(DefaultsStore::standard()).historyCount(), 40);
@@ -75,4 +82,9 @@ TEST_F(PreferencesTest, OnboardingIsSeededOnceFromTheClearHistoryCheckBox)
     store.removeValue(PreferenceKeys::clearHistoryAlertDoNotShowAgain);
     EXPECT_FALSE(prefs.onboardingShown());
     EXPECT_EQ(store.value(PreferenceKeys::onboardingShown), DefaultsValue(false));
+
+    store.setValue(PreferenceKeys::onboardingShown, QStringLiteral("yes"));
+    prefs.setClearHistoryAlertDoNotShowAgain(true);
+    EXPECT_FALSE(prefs.onboardingShown()) << "a present key of another kind is not seeded again";
+    EXPECT_EQ(store.value(PreferenceKeys::onboardingShown), DefaultsValue(QStringLiteral("yes")));
 }

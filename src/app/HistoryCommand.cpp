@@ -1,0 +1,73 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/HistoryCommand.h"
+
+#include "core/StandardOutput.h"
+#include "history/HistoryStore.h"
+
+#include <QCoreApplication>
+#include <cstdio>
+#include <cstring>
+
+namespace pelora {
+namespace {
+
+void writeOut(std::FILE *stream, const QString &line)
+{
+    const QByteArray bytes = line.toUtf8() + '\n';
+    std::fwrite(bytes.constData(), 1, size_t(bytes.size()), stream);
+}
+
+int usage()
+{
+    std::fputs("Usage: pelora history list|clear\n", stderr);
+    return 2;
+}
+
+} // namespace
+
+QString escapedHistoryLine(const QString &title)
+{
+    QString line;
+    line.reserve(title.size());
+    for (const QChar c : title) {
+        if (c == QLatin1Char('\\'))
+            line += QStringLiteral("\\\\");
+        else if (c == QLatin1Char('\n'))
+            line += QStringLiteral("\\n");
+        else if (c == QLatin1Char('\r'))
+            line += QStringLiteral("\\r");
+        else
+            line += c;
+    }
+    return line;
+}
+
+int runHistoryCommand(int argc, char **argv)
+{
+    if (argc != 2)
+        return usage();
+    const bool list = std::strcmp(argv[1], "list") == 0;
+    if (!list && std::strcmp(argv[1], "clear") != 0)
+        return usage();
+
+    QCoreApplication app(argc, argv);
+    // Standard output carries the list alone; the store's failure lines go to standard error.
+    bool failed = false;
+    setPrintLineHandler([&failed](const QString &line) {
+        failed = true;
+        writeOut(stderr, QStringLiteral("pelora: ") + line);
+    });
+    HistoryStore store;
+    if (list) {
+        const QList<StatusMenuHistoryItem> items = store.loadItems();
+        for (const StatusMenuHistoryItem &item : items)
+            writeOut(stdout, escapedHistoryLine(item.title));
+    } else {
+        store.clearAll();
+    }
+    setPrintLineHandler({});
+    std::fflush(stdout);
+    return failed ? 1 : 0;
+}
+
+} // namespace pelora

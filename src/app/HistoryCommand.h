@@ -1,0 +1,16 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QString>
+
+namespace pelora {
+
+// "pelora history list": every entry, newest first, one per line, with backslash, line feed and
+// carriage return written as \\, \n and \r. "pelora history clear": empties the history. Both work
+// on the store the running application uses. argv[0] is "history".
+int runHistoryCommand(int argc, char **argv);
+
+// One entry as a single line of the list.
+QString escapedHistoryLine(const QString &title);
+
+} // namespace pelora

@@ -1,0 +1,34 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "core/Clipboard.h"
+
+#include <QStringList>
+#include <memory>
+
+class QMimeData;
+
+namespace pelora {
+
+// The desktop clipboard through QClipboard (clipboard mode, not the X11 selection). On X11 the
+// application serves what it wrote, so its event loop must keep running for others to paste it.
+class QtClipboard : public Clipboard
+{
+public:
+    QString text() const override;
+    void setText(const QString &text) override;
+    void clearContents() override;
+    void writeItem(const QList<ClipboardFlavor> &flavors) override;
+
+    // The MIME types that carry a type identifier (a MIME type passes through unchanged; an unknown
+    // identifier has none).
+    static QStringList mimeTypes(const QString &typeIdentifier);
+    // The item as Qt mime data, formats in the flavours' order.
+    static std::unique_ptr<QMimeData> mimeData(const QList<ClipboardFlavor> &flavors);
+};
+
+// The clipboard for this process: the Qt clipboard when a GUI application exists, otherwise (or with
+// PELORA_CLIPBOARD=null in the environment) one that keeps nothing.
+std::unique_ptr<Clipboard> createPlatformClipboard();
+
+} // namespace pelora

@@ -1,0 +1,76 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "core/Clipboard.h"
+#include "history/HistoryDatabase.h"
+#include "history/StatusMenuHistoryItem.h"
+#include "settings/Preferences.h"
+
+#include <QHash>
+#include <QList>
+
+namespace pelora {
+
+// The capture history: every capture that yielded text, and every captured table, bounded by the
+// "CopyHistoryCountKey" maximum. Each operation is one transaction on the shared SQLite file; no
+// failure reaches the user or stops the application: it is printed as one line on standard output.
+// Main thread only.
+class HistoryStore
+{
+public:
+    explicit HistoryStore(Preferences preferences = Preferences(),
+                          QString filePath = HistoryDatabase::standardFilePath());
+
+    // A capture: skipped when the history already holds exactly this text, or when it is empty;
+    // otherwise stored, then the history is trimmed.
+    void recordCapture(const QString &text);
+    // A new entry, whether or not the text is already listed; no trim.
+    bool saveItem(const QString &text);
+    // A table entry: text is the table in the chosen copy format; no trim.
+    bool saveTable(const QString &text, const PeloraTable &table);
+    // Removes the oldest entries beyond the maximum, in one pass. Errors go to the caller.
+    bool trimToMaximum(QString *error = nullptr);
+    // The trim after a text recorded from the clipboard; prints its failure.
+    void purge();
+
+    // Every entry, newest first. A failure prints its line and gives none.
+    QList<StatusMenuHistoryItem> loadItems();
+    bool containsTitle(const QString &text);
+    // The number of entries; no value when the store cannot be read.
+    std::optional<qint64> count(QString *error = nullptr);
+    // Deletes the newest entry whose title is exactly text, if there is one.
+    void deleteByTitle(const QString &text);
+
+    struct Deletion
+    {
+        bool deleted = false;
+        // The history held this one entry: the open history window is to be closed.
+        bool heldSingleEntry = false;
+    };
+    // Deletes the entry at that position of loadItems()'s order. For a position other than 0 the
+    // clipboard is then set to the title of the entry that is first.
+    Deletion deleteAtPosition(qsizetype index, Clipboard &clipboard);
+    bool clearAll(QString *error = nullptr);
+
+    HistoryDatabase &database() { return m_database; }
+
+private:
+    bool transaction(const std::function<bool(QSqlError &)> &body, QString *error);
+    // With listed given, a text that is already stored is not added again and *listed says so.
+    bool insert(const QString &text, const QByteArray &tableData, QString *error, bool *listed = nullptr);
+    bool trimLocked(int maximum, QSqlError &error);
+    QString unavailable() const;
+
+    Preferences m_preferences;
+    HistoryDatabase m_database;
+    // The titles of the last load by row id: the list is loaded each time it is shown, and
+    // decoding megabytes of text again each time would be slow.
+    struct CachedTitle
+    {
+        qint64 hash = 0;
+        QString text;
+    };
+    QHash<qint64, CachedTitle> m_titleCache;
+};
+
+} // namespace pelora

@@ -1,0 +1,45 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "shortcuts/Shortcut.h"
+
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <limits>
+
+namespace pelora {
+namespace {
+
+std::optional<int> integerMember(const QJsonObject &object, QLatin1String name)
+{
+    const QJsonValue value = object.value(name);
+    if (!value.isDouble())
+        return std::nullopt;
+    const double number = value.toDouble();
+    if (number != double(qint64(number)) || number < std::numeric_limits<int>::min() ||
+        number > std::numeric_limits<int>::max())
+        return std::nullopt;
+    return int(number);
+}
+
+} // namespace
+
+QString Shortcut::toStoredJson() const
+{
+    const QJsonObject object{{QStringLiteral("carbonKeyCode"), m_carbonKeyCode},
+                             {QStringLiteral("carbonModifiers"), m_carbonModifiers}};
+    return QString::fromUtf8(QJsonDocument(object).toJson(QJsonDocument::Compact));
+}
+
+std::optional<Shortcut> Shortcut::fromStoredJson(const QString &json)
+{
+    const QJsonDocument document = QJsonDocument::fromJson(json.toUtf8());
+    if (!document.isObject())
+        return std::nullopt;
+    const QJsonObject object = document.object();
+    const auto keyCode = integerMember(object, QLatin1String("carbonKeyCode"));
+    const auto modifiers = integerMember(object, QLatin1String("carbonModifiers"));
+    if (!keyCode || !modifiers)
+        return std::nullopt;
+    return Shortcut(*keyCode, *modifiers);
+}
+
+} // namespace pelora

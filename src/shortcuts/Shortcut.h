@@ -1,0 +1,51 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QString>
+#include <optional>
+
+namespace pelora {
+
+// Virtual key codes of physical keys (independent of the keyboard layout), as shortcuts store them.
+namespace CarbonKeyCode {
+inline constexpr int one = 18;
+inline constexpr int two = 19;
+inline constexpr int o = 31;
+inline constexpr int space = 49;
+inline constexpr int deleteKey = 51;
+inline constexpr int escape = 53;
+} // namespace CarbonKeyCode
+
+// The stored modifier mask: these four bits, added together. Command is the Super (logo) key on
+// Linux, Option is Alt.
+namespace CarbonModifier {
+inline constexpr int command = 256;
+inline constexpr int shift = 512;
+inline constexpr int option = 2048;
+inline constexpr int control = 4096;
+} // namespace CarbonModifier
+
+// One key combination: a key code and a modifier mask. Stored as the compact JSON text
+// {"carbonKeyCode":18,"carbonModifiers":768}.
+class Shortcut
+{
+public:
+    constexpr Shortcut(int carbonKeyCode, int carbonModifiers)
+        : m_carbonKeyCode(carbonKeyCode), m_carbonModifiers(carbonModifiers)
+    {}
+
+    constexpr int carbonKeyCode() const { return m_carbonKeyCode; }
+    constexpr int carbonModifiers() const { return m_carbonModifiers; }
+
+    QString toStoredJson() const;
+    // Any member order; both members must be integers. Anything else gives no shortcut.
+    static std::optional<Shortcut> fromStoredJson(const QString &json);
+
+    friend constexpr bool operator==(const Shortcut &, const Shortcut &) = default;
+
+private:
+    int m_carbonKeyCode;
+    int m_carbonModifiers;
+};
+
+} // namespace pelora

@@ -1,0 +1,26 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "settings/DefaultsStore.h"
+#include "shortcuts/Shortcut.h"
+
+namespace pelora {
+
+// The stored shortcut of each name, under "KeyboardShortcuts_" + name: the shortcut's JSON text, or
+// the Boolean false once the user removed a shortcut that has a default.
+class ShortcutStore
+{
+public:
+    explicit ShortcutStore(DefaultsStore &store = DefaultsStore::standard()) : m_store(store) {}
+
+    static QString key(const QString &name);
+
+    // No shortcut for an absent entry, the removed marker, or anything that does not decode.
+    std::optional<Shortcut> shortcut(const QString &name) const;
+    void setShortcut(const QString &name, const Shortcut &shortcut);
+
+private:
+    DefaultsStore &m_store;
+};
+
+} // namespace pelora

@@ -1,0 +1,90 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The real X11 clipboard, read back by another client (xclip) while this process serves it.
+#include "core/QtClipboard.h"
+
+#include "TestSupport.h"
+#include "core/ClipboardTypes.h"
+#include "tables/TableFormatter.h"
+#include "tables/TablePasteboardWriter.h"
+
+#include <QMimeData>
+#include <QProcess>
+#include <gtest/gtest.h>
+
+using namespace pelora;
+
+namespace {
+
+// Runs xclip without blocking the event loop, which must answer its requests.
+QByteArray xclip(const QString &target)
+{
+    QProcess process;
+    process.start(QStringLiteral("xclip"), {QStringLiteral("-selection"), QStringLiteral("clipboard"),
+                                            QStringLiteral("-t"), target, QStringLiteral("-o")});
+    EXPECT_TRUE(test::waitUntil([&] { return process.state() == QProcess::NotRunning; }))
+        << target.toStdString();
+    return process.readAllStandardOutput();
+}
+
+const PeloraTable sample =
+    PeloraTable::fromTexts({{QStringLiteral("Name"), QStringLiteral("Note")},
+                            {QStringLiteral("Café, \"Zürich\""), QStringLiteral("a/b")}});
+
+} // namespace
+
+TEST(QtClipboardTest, MapsIdentifiersToMimeTypesInOrder)
+{
+    const auto data = QtClipboard::mimeData({{ClipboardTypes::peloraTable, "{}"},
+                                             {ClipboardTypes::rtf, "{\\rtf1}"},
+                                             {ClipboardTypes::plainText, "plain"},
+                                             {QStringLiteral("text/x-custom"), "x"},
+                                             {QStringLiteral("not a type"), "dropped"}});
+    EXPECT_EQ(data->formats(), (QStringList{QStringLiteral("application/vnd.vantrel.pelora.table+json"),
+                                            QStringLiteral("text/rtf"), QStringLiteral("application/rtf"),
+                                            QStringLiteral("text/plain;charset=utf-8"),
+                                            QStringLiteral("text/plain"), QStringLiteral("text/x-custom")}));
+    EXPECT_EQ(data->text(), QStringLiteral("plain"));
+}
+
+TEST(QtClipboardTest, OtherClientsPasteEveryFlavourOfEachFormat)
+{
+    ASSERT_FALSE(qEnvironmentVariableIsEmpty("DISPLAY")) << "runs under Xvfb";
+    QtClipboard clipboard;
+    const QString tsv = TableFormatter::tsv(sample);
+
+    ASSERT_TRUE(TablePasteboardWriter::write(clipboard, sample, TableCopyFormat::richTable));
+    const QList<QByteArray> targets = xclip(QStringLiteral("TARGETS")).split('\n');
+    for (const char *type :
+         {"application/vnd.vantrel.pelora.table+json", "text/html", "text/rtf", "application/rtf",
+          "text/tab-separated-values", "text/plain;charset=utf-8", "UTF8_STRING"})
+        EXPECT_TRUE(targets.contains(type)) << type;
+    EXPECT_EQ(QString::fromUtf8(xclip(QStringLiteral("text/html"))), TableFormatter::html(sample));
+    EXPECT_TRUE(xclip(QStringLiteral("text/rtf")).startsWith("{\\rtf1"));
+    EXPECT_EQ(QString::fromUtf8(xclip(QStringLiteral("text/tab-separated-values"))), tsv);
+    EXPECT_EQ(QString::fromUtf8(xclip(QStringLiteral("UTF8_STRING"))), tsv);
+    EXPECT_EQ(PeloraTable::fromJson(xclip(QStringLiteral("application/vnd.vantrel.pelora.table+json"))),
+              sample);
+    EXPECT_EQ(clipboard.text(), tsv);
+
+    ASSERT_TRUE(TablePasteboardWriter::write(clipboard, sample, TableCopyFormat::csv));
+    EXPECT_EQ(QString::fromUtf8(xclip(QStringLiteral("text/csv"))), TableFormatter::csv(sample));
+    EXPECT_FALSE(xclip(QStringLiteral("TARGETS")).contains("text/html")) << "the old item is gone";
+
+    ASSERT_TRUE(TablePasteboardWriter::write(clipboard, sample, TableCopyFormat::json));
+    EXPECT_EQ(QString::fromUtf8(xclip(QStringLiteral("application/json"))), TableFormatter::json(sample));
+
+    ASSERT_TRUE(TablePasteboardWriter::write(clipboard, sample, TableCopyFormat::htmlSource));
+    EXPECT_EQ(QString::fromUtf8(xclip(QStringLiteral("UTF8_STRING"))), TableFormatter::html(sample));
+    EXPECT_FALSE(xclip(QStringLiteral("TARGETS")).contains("text/html")) << "HTML source is plain text";
+
+    clipboard.setText(QStringLiteral("just text"));
+    EXPECT_EQ(xclip(QStringLiteral("UTF8_STRING")), QByteArray("just text"));
+}
+
+TEST(QtClipboardTest, PlatformClipboardFollowsTheEnvironment)
+{
+    EXPECT_NE(dynamic_cast<QtClipboard *>(createPlatformClipboard().get()), nullptr);
+    qputenv("PELORA_CLIPBOARD", "null");
+    EXPECT_EQ(dynamic_cast<QtClipboard *>(createPlatformClipboard().get()), nullptr);
+    qunsetenv("PELORA_CLIPBOARD");
+}

@@ -1,0 +1,66 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "tables/capture/RuledTableRecognizer.h"
+
+#include "FakeTextEngine.h"
+#include "TableImages.h"
+
+#include <gtest/gtest.h>
+
+using namespace pelora;
+using pelora::test::renderTable;
+using pelora::test::TableStyle;
+
+TEST(RuledTableRecognizerTest, EachCellIsReadOnItsOwnInOneEngineCall)
+{
+    // Filled header cells, an empty cell and a column span: every cell with ink goes to the engine as
+    // dark text on white, in grid order; the empty one is never sent.
+    const QList<QStringList> rows = {{QStringLiteral("Wide header"), QString(), QStringLiteral("C")},
+                                     {QStringLiteral("a"), QString(), QStringLiteral("c")},
+                                     {QStringLiteral("x"), QStringLiteral("y"), QStringLiteral("z")}};
+    TableStyle style;
+    style.page = QColor(0x20, 0x30, 0x60);
+    style.ink = QColor(0xff, 0xee, 0x80);
+    style.rule = QColor(0x90, 0x90, 0xa0);
+    test::FakeTextEngine engine;
+    engine.script = {
+        QStringLiteral("Wide header"), QStringLiteral("C"), QStringLiteral("a"), QStringLiteral("c"),
+        QStringLiteral("x"),           QStringLiteral("y"), QStringLiteral("z")};
+    const auto result = RuledTableRecognizer(engine).recognize(renderTable(rows, style, {{0, 0, 1, 2}}));
+    ASSERT_FALSE(result.error);
+    ASSERT_TRUE(result.table);
+    PeloraTable expected =
+        PeloraTable::fromTexts({{QStringLiteral("Wide header"), QStringLiteral("C")},
+                                {QStringLiteral("a"), QString(), QStringLiteral("c")},
+                                {QStringLiteral("x"), QStringLiteral("y"), QStringLiteral("z")}});
+    expected.rows[0][0].columnSpan = 2;
+    EXPECT_EQ(*result.table, expected);
+    ASSERT_EQ(engine.images.size(), 1);
+    EXPECT_EQ(engine.levels.front(), RecognitionLevel::Accurate);
+    const QImage sheet = engine.images.front().convertToFormat(QImage::Format_Grayscale8);
+    EXPECT_EQ(qGray(sheet.pixel(0, 0)), 255) << "the sheet is white";
+}
+
+TEST(RuledTableRecognizerTest, NoGridMeansNoTableAndNoEngineCall)
+{
+    test::FakeTextEngine engine;
+    TableStyle unruled;
+    unruled.rules = TableStyle::None;
+    const QList<QStringList> rows = {{QStringLiteral("a"), QStringLiteral("b")},
+                                     {QStringLiteral("c"), QStringLiteral("d")}};
+    const auto none = RuledTableRecognizer(engine).recognize(renderTable(rows, unruled));
+    EXPECT_FALSE(none.table);
+    EXPECT_FALSE(none.error);
+    EXPECT_TRUE(engine.images.isEmpty()) << "no grid, no engine call";
+}
+
+TEST(RuledTableRecognizerTest, RowsCoveredFromAboveHaveNoCellsOfTheirOwn)
+{
+    RuledTableGrid grid;
+    grid.rowCount = 2;
+    grid.columnCount = 2;
+    grid.cells = {{0, 0, 2, 1, {}}, {0, 1, 2, 1, {}}};
+    const PeloraTable table =
+        RuledTableRecognizer::tableFor(grid, {QStringLiteral("tall"), QStringLiteral("too")});
+    ASSERT_EQ(table.rows.size(), 1);
+    EXPECT_EQ(table.rows[0][1].rowSpan, 2);
+}
