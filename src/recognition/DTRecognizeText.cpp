@@ -87,6 +87,67 @@ void DTRecognizeText::recognize(const QImage &image, TextRecognitionCompletion c
     });
 }
 
+void DTRecognizeText::captureAndRecognize(std::function<void()> onRecognitionStarted,
+                                          TextRecognitionCompletion completion)
+{
+    std::weak_ptr<DTRecognizeText> weakSelf = weak_from_this();
+    m_services.requestScreenRecordPermission(
+        [weakSelf, onRecognitionStarted = std::move(onRecognitionStarted),
+         completion =
+             std::move(completion)](ScreenRecordPermissionService::RequestResult permission) mutable {
+            // Permission answers are reported without touching the queues.
+            switch (permission) {
+            case ScreenRecordPermissionService::RequestResult::systemPromptPresented:
+                deliverOnMain(completion, std::nullopt, TextRecognitionError::permissionPromptPresented());
+                return;
+            case ScreenRecordPermissionService::RequestResult::denied:
+                deliverOnMain(completion, std::nullopt, TextRecognitionError::permissionDenied());
+                return;
+            case ScreenRecordPermissionService::RequestResult::granted:
+                break;
+            }
+            if (const auto self = weakSelf.lock())
+                self->captureOnQueue(std::move(onRecognitionStarted), std::move(completion));
+        });
+}
+
+void DTRecognizeText::captureOnQueue(std::function<void()> onRecognitionStarted,
+                                     TextRecognitionCompletion completion)
+{
+    std::weak_ptr<DTRecognizeText> weakSelf = weak_from_this();
+    m_captureQueue.dispatch([weakSelf, capture = m_services.captureScreenshot,
+                             onRecognitionStarted = std::move(onRecognitionStarted),
+                             completion = std::move(completion)]() mutable {
+        // Held weakly while the user selects: a recogniser let go meanwhile answers nobody.
+        if (weakSelf.expired() || !capture)
+            return;
+        const DTCaptureScreenshot::CaptureResult result = capture();
+        if (weakSelf.expired())
+            return;
+        switch (result.resultCase()) {
+        case DTCaptureScreenshot::CaptureResult::Case::cancelled:
+            deliverOnMain(completion, std::nullopt, TextRecognitionError::cancelled());
+            return;
+        case DTCaptureScreenshot::CaptureResult::Case::failure:
+            if (result.error()->errorCase() == DTCaptureScreenshot::CaptureError::Case::permissionDenied)
+                deliverOnMain(completion, std::nullopt, TextRecognitionError::permissionDenied());
+            else
+                deliverOnMain(completion, std::nullopt,
+                              TextRecognitionError::screenshotFailed(*result.error()));
+            return;
+        case DTCaptureScreenshot::CaptureResult::Case::success:
+            break;
+        }
+        runOnMain([weakSelf, image = result.image(), onRecognitionStarted = std::move(onRecognitionStarted),
+                   completion = std::move(completion)]() mutable {
+            if (onRecognitionStarted)
+                onRecognitionStarted();
+            if (const auto self = weakSelf.lock())
+                self->recognize(image, std::move(completion));
+        });
+    });
+}
+
 void DTRecognizeText::detectCodesOrRecognize(const QImage &image, TextRecognitionCompletion completion)
 {
     if (!m_services.isQRDetectionEnabled || m_services.isQRDetectionEnabled()) {

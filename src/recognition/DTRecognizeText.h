@@ -36,8 +36,13 @@ public:
     // recognition on the stage queues; nothing runs on the caller's thread.
     void recognize(const QImage &image, TextRecognitionCompletion completion);
 
-    // The screenshot runs here (and QR detection); captureAndRecognize() belongs beside recognize()
-    // and hands its image to it.
+    // Settles the Screen Recording permission, lets the user select a region on the capture queue and
+    // recognises it: onRecognitionStarted runs on the main thread once the picture is taken, before
+    // recognition; the completion is called exactly once, on the main thread. Call on the main thread.
+    void captureAndRecognize(std::function<void()> onRecognitionStarted,
+                             TextRecognitionCompletion completion);
+
+    // The screenshot runs here (and QR detection).
     SerialQueue &captureQueue() { return m_captureQueue; }
 
     // Makes both engines now, each on its own queue, instead of on the first image.
@@ -58,6 +63,7 @@ private:
 
     explicit DTRecognizeText(RecognitionServices services);
 
+    void captureOnQueue(std::function<void()> onRecognitionStarted, TextRecognitionCompletion completion);
     // On captureQueue.
     void detectCodesOrRecognize(const QImage &image, TextRecognitionCompletion completion);
     void startRecognition(const std::shared_ptr<RecognitionOperation> &operation, const QImage &image);

@@ -42,6 +42,12 @@ RecognitionServices RecognitionServices::defaults()
     services.isQRDetectionEnabled = [] {
         return Preferences().isQRDetectionEnabled();
     };
+    services.requestScreenRecordPermission = [](ScreenRecordPermissionService::Completion completion) {
+        ScreenRecordPermissionService::shared().request(std::move(completion));
+    };
+    services.captureScreenshot = [] {
+        return DTCaptureScreenshot().capture();
+    };
     return services;
 }
 

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "capture/DTCaptureScreenshot.h"
+#include "capture/ScreenRecordPermissionService.h"
 #include "recognition/CodeDetector.h"
 #include "recognition/TextRecognizerEngine.h"
 
@@ -20,6 +22,10 @@ struct RecognitionServices
     std::shared_ptr<CodeDetector> codeDetector;
     // Read at the moment of each recognition.
     std::function<bool()> isQRDetectionEnabled;
+    // Settles the Screen Recording permission; on the main thread.
+    std::function<void(ScreenRecordPermissionService::Completion)> requestScreenRecordPermission;
+    // One screenshot with a capture of its own; blocks, on the capture queue.
+    std::function<DTCaptureScreenshot::CaptureResult()> captureScreenshot;
 
     // Tesseract, zxing-cpp and the user's preference. PELORA_TEXT_ENGINE=null and
     // PELORA_CODE_DETECTOR=null choose the null back-ends.

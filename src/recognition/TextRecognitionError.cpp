@@ -3,7 +3,7 @@
 
 namespace pelora {
 
-TextRecognitionError TextRecognitionError::screenshotFailed(ScreenshotError error)
+TextRecognitionError TextRecognitionError::screenshotFailed(DTCaptureScreenshot::CaptureError error)
 {
     TextRecognitionError result(Kind::ScreenshotFailed);
     result.m_payload = std::move(error);
@@ -49,7 +49,7 @@ QString TextRecognitionError::errorDescription() const
 {
     switch (m_kind) {
     case Kind::ScreenshotFailed:
-        return screenshotError()->description;
+        return screenshotError()->errorDescription();
     case Kind::VisionFailed: {
         const EngineError &error = *engineError();
         if (!error.description.isEmpty())

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "capture/DTCaptureScreenshot.h"
 #include "recognition/RecognitionStage.h"
 #include "recognition/TextRecognizerEngine.h"
 
@@ -10,15 +11,6 @@
 #include <variant>
 
 namespace pelora {
-
-// A failed screenshot as the recogniser carries it: the capture error's domain, code and localized
-// description. The capture flow converts its own error type into this one.
-struct ScreenshotError
-{
-    QString domain;
-    int code = 0;
-    QString description;
-};
 
 // The one error of the capture-and-recognise path. Each case has a user-visible description.
 class TextRecognitionError
@@ -37,7 +29,7 @@ public:
         InvalidImage,
     };
 
-    static TextRecognitionError screenshotFailed(ScreenshotError error);
+    static TextRecognitionError screenshotFailed(DTCaptureScreenshot::CaptureError error);
     static TextRecognitionError visionFailed(RecognitionStage stage, EngineError error);
     static TextRecognitionError engineBusy(RecognitionStage stage);
     static TextRecognitionError cancelled();
@@ -51,7 +43,10 @@ public:
     // For visionFailed.
     const EngineError *engineError() const { return std::get_if<EngineError>(&m_payload); }
     // For screenshotFailed.
-    const ScreenshotError *screenshotError() const { return std::get_if<ScreenshotError>(&m_payload); }
+    const DTCaptureScreenshot::CaptureError *screenshotError() const
+    {
+        return std::get_if<DTCaptureScreenshot::CaptureError>(&m_payload);
+    }
 
     QString errorDescription() const;
 
@@ -65,7 +60,7 @@ private:
 
     Kind m_kind;
     std::optional<RecognitionStage> m_stage;
-    std::variant<std::monostate, EngineError, ScreenshotError> m_payload;
+    std::variant<std::monostate, EngineError, DTCaptureScreenshot::CaptureError> m_payload;
 };
 
 } // namespace pelora

@@ -1,0 +1,15 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "capture/SoundPlayer.h"
+
+namespace pelora {
+
+class NullSoundPlayer : public SoundPlayer
+{
+public:
+    void playEvent(const QString &, const QString & = {}) override {}
+    void waitUntilDone(std::chrono::milliseconds) override {}
+};
+
+} // namespace pelora

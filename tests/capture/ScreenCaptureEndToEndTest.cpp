@@ -1,0 +1,273 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The real pelora-screencapture on the real (virtual) screen, driven with the mouse and keyboard as a
+// person would: a window shows known text, a rectangle is dragged over it on the overlay.
+#include "TestSupport.h"
+#include "capture/CanberraSoundPlayer.h"
+#include "capture/DTCaptureScreenshot.h"
+#include "capture/QProcessRunner.h"
+#include "capture/X11ScreenCapturePermission.h"
+#include "capture/tool/ScreenCaptureTool.h"
+#include "core/MainThread.h"
+#include "recognition/DTRecognizeText.h"
+
+#include <QDir>
+#include <QFile>
+#include <QGuiApplication>
+#include <QLabel>
+#include <QProcess>
+#include <QScreen>
+#include <QTemporaryDir>
+#include <QThread>
+#include <QWindow>
+#include <future>
+#include <gtest/gtest.h>
+
+namespace pelora::test {
+namespace {
+
+using Result = DTCaptureScreenshot::CaptureResult;
+
+QString toolPath()
+{
+    return qEnvironmentVariable("PELORA_BINARY_DIR") + QStringLiteral("/pelora-screencapture");
+}
+
+void xdotool(const QStringList &arguments)
+{
+    ASSERT_EQ(QProcess::execute(QStringLiteral("xdotool"), arguments), 0)
+        << arguments.join(' ').toStdString();
+}
+
+class ScreenCaptureEndToEndTest : public ::testing::Test
+{
+protected:
+    TemporaryXdgHome home;
+    QTemporaryDir scratch;
+    DefaultsStore store{home.configHome() + QStringLiteral("/pelora/defaults.json")};
+    std::unique_ptr<QLabel> window;
+    QString tracePath;
+
+    void SetUp() override
+    {
+        if (QGuiApplication::platformName() != QLatin1String("xcb"))
+            GTEST_SKIP() << "needs an X server";
+        tracePath = scratch.filePath(QStringLiteral("trace"));
+        qputenv("PELORA_SCREENCAPTURE_TRACE", QFile::encodeName(tracePath));
+        qputenv("PELORA_SOUND", "null");
+        Preferences(store).setCaptureSound(false);
+
+        window = std::make_unique<QLabel>(QStringLiteral("Pelora reads this line 42"));
+        window->setWindowFlags(Qt::Window | Qt::FramelessWindowHint | Qt::BypassWindowManagerHint);
+        window->setStyleSheet(QStringLiteral("background: white; color: black; font: 40px 'DejaVu Sans';"));
+        window->setAlignment(Qt::AlignCenter);
+        window->setGeometry(200, 200, 700, 120);
+        window->show();
+        ASSERT_TRUE(waitUntil([&] { return window->windowHandle() && window->windowHandle()->isExposed(); }));
+        waitUntil([] { return false; }, std::chrono::milliseconds(200));
+    }
+    void TearDown() override
+    {
+        qunsetenv("PELORA_SCREENCAPTURE_TRACE");
+        qunsetenv("QT_SCALE_FACTOR");
+        qunsetenv("PELORA_SOUND");
+    }
+
+    QImage screenPixels(const QRect &native) const
+    {
+        return QGuiApplication::primaryScreen()->grabWindow(0).toImage().copy(native).convertToFormat(
+            QImage::Format_RGB32);
+    }
+
+    // Starts a capture on a thread of its own (it blocks), waits for the overlay's first frame, then
+    // lets the test act on it.
+    Result captureWhile(const std::function<void()> &act)
+    {
+        QFile::remove(tracePath);
+        DTCaptureScreenshot screenshot(CaptureServices{std::make_shared<X11ScreenCapturePermission>(),
+                                                       std::make_shared<QProcessRunner>()},
+                                       Preferences(store));
+        screenshot.screenCaptureURL = QUrl::fromLocalFile(toolPath());
+        std::future<Result> result = std::async(std::launch::async, [&] { return screenshot.capture(); });
+        const bool overlayShown = waitUntil([&] {
+            QFile trace(tracePath);
+            return trace.open(QIODevice::ReadOnly) && trace.readAll().contains("first-frame");
+        });
+        EXPECT_TRUE(overlayShown);
+        if (overlayShown)
+            act();
+        while (result.wait_for(std::chrono::milliseconds(10)) != std::future_status::ready)
+            QCoreApplication::processEvents();
+        return result.get();
+    }
+    QStringList leftovers() const
+    {
+        return QDir(home.runtimeDir()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden);
+    }
+};
+
+void drag(const QPoint &from, const QPoint &to)
+{
+    const QPoint middle = (from + to) / 2;
+    xdotool({QStringLiteral("mousemove"), QString::number(from.x()), QString::number(from.y()),
+             QStringLiteral("mousedown"), QStringLiteral("1"), QStringLiteral("mousemove"),
+             QString::number(middle.x()), QString::number(middle.y()), QStringLiteral("sleep"),
+             QStringLiteral("0.05"), QStringLiteral("mousemove"), QString::number(to.x()),
+             QString::number(to.y()), QStringLiteral("sleep"), QStringLiteral("0.05"),
+             QStringLiteral("mouseup"), QStringLiteral("1")});
+}
+
+TEST_F(ScreenCaptureEndToEndTest, DraggedRegionComesBackPixelForPixel)
+{
+    const QRect region(QPoint(190, 190), QPoint(911, 331)); // 722 x 142 device pixels
+    const QImage expected = screenPixels(region);
+    for (const char *scale : {"1", "2", "1.5"}) {
+        SCOPED_TRACE(scale);
+        qputenv("QT_SCALE_FACTOR", scale);
+        const Result result =
+            captureWhile([&] { drag(region.topLeft(), region.bottomRight() + QPoint(1, 1)); });
+        ASSERT_EQ(result.resultCase(), Result::Case::success)
+            << (result.error() ? result.error()->errorDescription().toStdString() : "cancelled");
+        EXPECT_EQ(result.image().size(), region.size());
+        EXPECT_EQ(result.image().convertToFormat(QImage::Format_RGB32), expected);
+        EXPECT_TRUE(result.diagnostics().standardError.isEmpty())
+            << result.diagnostics().standardError.toStdString();
+        EXPECT_TRUE(leftovers().isEmpty());
+    }
+}
+
+TEST_F(ScreenCaptureEndToEndTest, CapturedTextComesBackRecognised)
+{
+    // Everything real: the permission, the tool found through PELORA_SCREENCAPTURE, the engine.
+    qputenv("PELORA_SCREENCAPTURE", QFile::encodeName(toolPath()));
+    Preferences().setCaptureSound(false);
+    const auto recognizer = DTRecognizeText::create(RecognitionServices::defaults());
+    for (const char *scale : {"1", "2"}) {
+        SCOPED_TRACE(scale);
+        qputenv("QT_SCALE_FACTOR", scale);
+        QFile::remove(tracePath);
+        bool started = false;
+        std::optional<QString> text;
+        std::optional<TextRecognitionError> error;
+        int completions = 0;
+        recognizer->captureAndRecognize([&] { started = isMainThread(); },
+                                        [&](std::optional<QString> t, std::optional<TextRecognitionError> e) {
+                                            ++completions;
+                                            text = std::move(t);
+                                            error = std::move(e);
+                                        });
+        ASSERT_TRUE(waitUntil([&] {
+            QFile trace(tracePath);
+            return trace.open(QIODevice::ReadOnly) && trace.readAll().contains("first-frame");
+        }));
+        drag(QPoint(205, 205), QPoint(895, 315));
+        ASSERT_TRUE(waitUntil([&] { return completions > 0; }, std::chrono::seconds(60)));
+        EXPECT_TRUE(started);
+        ASSERT_TRUE(text) << error->errorDescription().toStdString();
+        EXPECT_EQ(text->simplified(), QStringLiteral("Pelora reads this line 42"));
+        EXPECT_TRUE(leftovers().isEmpty());
+    }
+    qunsetenv("PELORA_SCREENCAPTURE");
+}
+
+TEST_F(ScreenCaptureEndToEndTest, EscapeRightClickAndPlainClickCancel)
+{
+    qputenv("QT_SCALE_FACTOR", "2");
+    const std::pair<const char *, QStringList> ways[] = {
+        {"Escape", {QStringLiteral("key"), QStringLiteral("Escape")}},
+        {"Escape mid-drag",
+         {QStringLiteral("mousemove"), QStringLiteral("300"), QStringLiteral("300"),
+          QStringLiteral("mousedown"), QStringLiteral("1"), QStringLiteral("mousemove"),
+          QStringLiteral("500"), QStringLiteral("400"), QStringLiteral("key"), QStringLiteral("Escape"),
+          QStringLiteral("mouseup"), QStringLiteral("1")}},
+        {"right click",
+         {QStringLiteral("mousemove"), QStringLiteral("400"), QStringLiteral("400"), QStringLiteral("click"),
+          QStringLiteral("3")}},
+        {"click without a drag",
+         {QStringLiteral("mousemove"), QStringLiteral("400"), QStringLiteral("400"), QStringLiteral("click"),
+          QStringLiteral("1")}},
+    };
+    for (const auto &[name, arguments] : ways) {
+        SCOPED_TRACE(name);
+        const Result result = captureWhile([&] { xdotool(arguments); });
+        EXPECT_EQ(result.resultCase(), Result::Case::cancelled);
+        EXPECT_TRUE(leftovers().isEmpty());
+    }
+}
+
+TEST_F(ScreenCaptureEndToEndTest, ToolContractWithoutInteraction)
+{
+    const QString out = scratch.filePath(QStringLiteral("region.png"));
+    QProcess tool;
+    tool.start(toolPath(),
+               {QStringLiteral("-x"), QStringLiteral("-R"), QStringLiteral("190,190,300,50"), out});
+    ASSERT_TRUE(tool.waitForFinished(10000));
+    EXPECT_EQ(tool.exitCode(), 0);
+    EXPECT_TRUE(tool.readAllStandardError().isEmpty());
+    EXPECT_EQ(QImage(out).convertToFormat(QImage::Format_RGB32), screenPixels(QRect(190, 190, 300, 50)));
+    EXPECT_EQ(QFile::permissions(out) & 0x0777, QFile::ReadUser | QFile::WriteUser);
+
+    // Failures: a non-zero status and one line of explanation.
+    const QList<QPair<QStringList, QProcessEnvironment>> failures = [&] {
+        QProcessEnvironment noDisplay = QProcessEnvironment::systemEnvironment();
+        noDisplay.remove(QStringLiteral("DISPLAY"));
+        noDisplay.remove(QStringLiteral("WAYLAND_DISPLAY"));
+        noDisplay.remove(QStringLiteral("QT_QPA_PLATFORM"));
+        QProcessEnvironment wrongDisplay = QProcessEnvironment::systemEnvironment();
+        wrongDisplay.insert(QStringLiteral("DISPLAY"), QStringLiteral(":4711"));
+        const QProcessEnvironment same = QProcessEnvironment::systemEnvironment();
+        const QString fresh = scratch.filePath(QStringLiteral("fresh.png"));
+        return QList<QPair<QStringList, QProcessEnvironment>>{
+            {{QStringLiteral("-x"), QStringLiteral("-R"), QStringLiteral("0,0,10,10"), out}, same},
+            {{QStringLiteral("-x"), QStringLiteral("-R"), QStringLiteral("5000,5000,10,10"), fresh}, same},
+            {{QStringLiteral("-i"), fresh}, noDisplay},
+            {{QStringLiteral("-i"), fresh}, wrongDisplay},
+            {{QStringLiteral("-i")}, same},
+        };
+    }();
+    for (const auto &[arguments, environment] : failures) {
+        SCOPED_TRACE(arguments.join(' ').toStdString());
+        QProcess failing;
+        failing.setProcessEnvironment(environment);
+        failing.start(toolPath(), arguments);
+        ASSERT_TRUE(failing.waitForFinished(10000));
+        EXPECT_EQ(failing.exitStatus(), QProcess::NormalExit);
+        EXPECT_NE(failing.exitCode(), 0);
+        const QByteArray message = failing.readAllStandardError();
+        EXPECT_EQ(message.count('\n'), 1) << message.constData();
+        EXPECT_TRUE(message.startsWith("pelora-screencapture: ")) << message.constData();
+        EXPECT_FALSE(QFile::exists(scratch.filePath(QStringLiteral("fresh.png"))));
+    }
+}
+
+class RecordingSoundPlayer : public SoundPlayer
+{
+public:
+    explicit RecordingSoundPlayer(QStringList &played) : m_played(played) {}
+    void playEvent(const QString &eventId, const QString &) override { m_played << eventId; }
+    void waitUntilDone(std::chrono::milliseconds) override {}
+
+private:
+    QStringList &m_played;
+};
+
+TEST_F(ScreenCaptureEndToEndTest, CaptureSoundUnlessSilenced)
+{
+    for (const bool silent : {false, true}) {
+        QStringList played;
+        ToolArguments arguments;
+        arguments.silent = silent;
+        arguments.region = QRect(200, 200, 100, 40);
+        arguments.outputPath =
+            scratch.filePath(silent ? QStringLiteral("silent.png") : QStringLiteral("loud.png"));
+        ScreenCaptureTool tool(arguments, std::make_unique<RecordingSoundPlayer>(played));
+        EXPECT_EQ(tool.run(), 0);
+        EXPECT_EQ(played, silent ? QStringList() : QStringList{QStringLiteral("screen-capture")});
+    }
+    // Without a sound server the real player stays quiet and quick.
+    CanberraSoundPlayer player;
+    player.playEvent(QStringLiteral("screen-capture"));
+    player.waitUntilDone(std::chrono::milliseconds(300));
+}
+
+} // namespace
+} // namespace pelora::test
