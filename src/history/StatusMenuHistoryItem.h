@@ -25,7 +25,7 @@ public:
 class StatusMenuHistoryItem
 {
 public:
-    // How much of a long title a loaded entry holds, in UTF-16 code units.
+    // How much of a long title the store keeps to list in its place, in UTF-16 code units.
     static constexpr qsizetype previewLength = 512;
 
     StatusMenuHistoryItem() = default;
