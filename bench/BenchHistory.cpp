@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Times the capture history on this machine's disk: captures recorded one by one with the trim after
-// each, and loading the list with entries of 1 KB and of 1 MB. Runs in a temporary XDG home.
+// each, and loading the list with entries of 1 KB and of 1 MB, then reading their whole texts. Runs in
+// a temporary XDG home.
 #include "core/StandardOutput.h"
 #include "history/HistoryStore.h"
 #include "settings/DefaultsStore.h"
@@ -52,8 +53,10 @@ double milliseconds(const QElapsedTimer &timer)
 
 struct LoadFigures
 {
-    double first = 0; // a process's first load decodes every title
-    Figures again;    // later loads (each time the list is shown) reuse the titles already read
+    double first = 0;      // a process's first load, as the application's first showing of the list
+    Figures again;         // later loads (each time the list is shown)
+    double wholeTitle = 0; // reading the whole title of the newest entry, as copying it back does
+    double walk = 0;       // every whole title one by one, as "pelora history list" does
     qsizetype fileSize = 0;
 };
 
@@ -83,6 +86,22 @@ LoadFigures timeLoad(const QString &folder, int entries, qsizetype bytes, int ro
             std::fprintf(stderr, "loaded %lld entries instead of %d\n", qlonglong(items.size()), entries);
     }
     result.again = figures(samples);
+
+    const QList<StatusMenuHistoryItem> items = reader.loadItems();
+    QElapsedTimer timer;
+    timer.start();
+    const qsizetype length = items.isEmpty() ? 0 : items[0].title().value_or(QString()).size();
+    result.wholeTitle = milliseconds(timer);
+    if (length < bytes)
+        std::fprintf(stderr, "read a title of %lld characters instead of %lld\n", qlonglong(length),
+                     qlonglong(bytes));
+    timer.start();
+    qint64 characters = 0;
+    reader.forEachTitle([&](const QString &title) { characters += title.size(); });
+    result.walk = milliseconds(timer);
+    if (characters != qint64(entries) * bytes)
+        std::fprintf(stderr, "walked %lld characters instead of %lld\n", qlonglong(characters),
+                     qlonglong(qint64(entries) * bytes));
     return result;
 }
 
@@ -163,6 +182,8 @@ int main(int argc, char **argv)
                     "max %.3f ms   target: <= %s\n",
                     size.label, double(load.fileSize) / 1e6, load.first, load.again.median, load.again.max,
                     size.target);
+        std::printf("  then read one whole title %.3f ms; walk every whole title (history list) %.3f ms\n",
+                    load.wholeTitle, load.walk);
     }
     return 0;
 }

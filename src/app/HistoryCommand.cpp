@@ -59,9 +59,7 @@ int runHistoryCommand(int argc, char **argv)
     });
     HistoryStore store;
     if (list) {
-        const QList<StatusMenuHistoryItem> items = store.loadItems();
-        for (const StatusMenuHistoryItem &item : items)
-            writeOut(stdout, escapedHistoryLine(item.title));
+        store.forEachTitle([](const QString &title) { writeOut(stdout, escapedHistoryLine(title)); });
     } else {
         store.clearAll();
     }

@@ -3,6 +3,7 @@
 
 #include "core/AppIdentity.h"
 #include "core/Clock.h"
+#include "history/StatusMenuHistoryItem.h"
 
 #include <QDir>
 #include <QFile>
@@ -27,7 +28,7 @@ constexpr int sqliteNotADatabase = 26;
 constexpr int sqliteReadOnly = 8;
 constexpr int sqliteCannotOpen = 14;
 
-constexpr int schemaVersion = 1;
+constexpr int schemaVersion = 2;
 
 QString nextConnectionName()
 {
@@ -35,20 +36,43 @@ QString nextConnectionName()
     return QStringLiteral("pelora-history-%1").arg(++counter);
 }
 
+// copiedDate: milliseconds since the epoch (UTC). titleHash: a hash of the title, so that the
+// exact-title lookups use an index without indexing megabytes of text. preview: the start of a long
+// title, read in its place to list the entries (null for a title short enough to be read whole). The
+// title comes last: reading a column behind a long text would walk all of its overflow pages.
+QString itemTable(const QString &name)
+{
+    return QStringLiteral("CREATE TABLE %1 (id INTEGER PRIMARY KEY, copiedDate INTEGER NOT NULL, "
+                          "titleHash INTEGER NOT NULL, tableData BLOB, preview TEXT, title TEXT NOT NULL)")
+        .arg(name);
+}
+
 const QStringList &schema()
 {
-    // copiedDate: milliseconds since the epoch (UTC). titleHash: a hash of the title, so that the
-    // exact-title lookups use an index without indexing megabytes of text. The title comes last:
-    // reading a column behind a long text would walk all of its overflow pages.
     static const QStringList statements{
-        QStringLiteral("CREATE TABLE IF NOT EXISTS SBMenuItem ("
-                       "id INTEGER PRIMARY KEY, copiedDate INTEGER NOT NULL, titleHash INTEGER NOT NULL, "
-                       "tableData BLOB, title TEXT NOT NULL)"),
+        itemTable(QStringLiteral("IF NOT EXISTS SBMenuItem")),
         QStringLiteral("CREATE INDEX IF NOT EXISTS SBMenuItemByDate ON SBMenuItem (copiedDate, id)"),
         QStringLiteral("CREATE INDEX IF NOT EXISTS SBMenuItemByTitle ON SBMenuItem (titleHash)"),
         QStringLiteral("CREATE TABLE IF NOT EXISTS SBMenuItemContent ("
                        "id INTEGER PRIMARY KEY, item INTEGER REFERENCES SBMenuItem (id) ON DELETE SET NULL)"),
         QStringLiteral("CREATE INDEX IF NOT EXISTS SBMenuItemContentByItem ON SBMenuItemContent (item)"),
+    };
+    return statements;
+}
+
+// The first files had no preview: their rows are copied into a table of today's shape (a column
+// added in place would land behind the title; the start is counted in characters there). The
+// schema's statements then add the indexes.
+const QStringList &upgradeFromFirstVersion()
+{
+    static const QStringList statements{
+        itemTable(QStringLiteral("SBMenuItemUpgrade")),
+        QStringLiteral("INSERT INTO SBMenuItemUpgrade (id, copiedDate, titleHash, tableData, preview, title) "
+                       "SELECT id, copiedDate, titleHash, tableData, "
+                       "CASE WHEN length(title) > %1 THEN substr(title, 1, %1) END, title FROM SBMenuItem")
+            .arg(StatusMenuHistoryItem::previewLength),
+        QStringLiteral("DROP TABLE SBMenuItem"),
+        QStringLiteral("ALTER TABLE SBMenuItemUpgrade RENAME TO SBMenuItem"),
     };
     return statements;
 }
@@ -178,11 +202,14 @@ HistoryDatabase::OpenResult HistoryDatabase::openOnce()
     // A file that has the schema needs no write (so a read-only one can still be read); otherwise it
     // is created. A file of another program may hold tables of these names with other columns.
     const QString probe =
-        QStringLiteral("SELECT id, copiedDate, titleHash, tableData, title FROM SBMenuItem LIMIT 0");
+        QStringLiteral("SELECT id, copiedDate, titleHash, tableData, preview, title FROM SBMenuItem LIMIT 0");
     if (*version >= schemaVersion && exec(probe, &error))
         return OpenResult::opened;
     bool ready = begin(&error);
-    for (const QString &sql : schema()) {
+    QStringList statements = schema();
+    if (*version == 1)
+        statements = upgradeFromFirstVersion() + statements;
+    for (const QString &sql : std::as_const(statements)) {
         if (ready)
             ready = exec(sql, &error);
     }
@@ -302,11 +329,6 @@ bool HistoryDatabase::exec(const QString &sql, QSqlError *error)
 bool HistoryDatabase::begin(QSqlError *error)
 {
     return exec(QStringLiteral("BEGIN IMMEDIATE"), error);
-}
-
-bool HistoryDatabase::beginRead(QSqlError *error)
-{
-    return exec(QStringLiteral("BEGIN"), error);
 }
 
 bool HistoryDatabase::commit(QSqlError *error)

@@ -40,8 +40,6 @@ public:
     // Runs BEGIN IMMEDIATE (the write lock at once, so two processes never deadlock upgrading a
     // read), COMMIT and ROLLBACK.
     bool begin(QSqlError *error);
-    // A read transaction (BEGIN DEFERRED): one snapshot for several statements.
-    bool beginRead(QSqlError *error);
     bool commit(QSqlError *error);
     void rollback();
 

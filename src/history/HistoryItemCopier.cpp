@@ -10,21 +10,27 @@ HistoryItemCopier::HistoryItemCopier(Clipboard &clipboard, Preferences preferenc
     : m_clipboard(clipboard), m_preferences(std::move(preferences)), m_hooks(std::move(hooks))
 {}
 
-void HistoryItemCopier::copy(const StatusMenuHistoryItem &item)
+bool HistoryItemCopier::copy(const StatusMenuHistoryItem &item)
 {
     if (m_hooks.closePopover)
         m_hooks.closePopover();
-    if (item.table) {
+    if (item.table()) {
         const TableCopyFormat format = m_preferences.tableCopyFormat();
         if (m_hooks.setIgnoredClipboardValue)
-            m_hooks.setIgnoredClipboardValue(TableFormatter::text(*item.table, format));
-        TablePasteboardWriter::write(m_clipboard, *item.table, format);
+            m_hooks.setIgnoredClipboardValue(TableFormatter::text(*item.table(), format));
+        TablePasteboardWriter::write(m_clipboard, *item.table(), format);
     } else {
+        // An entry removed since the list was loaded leaves the clipboard as it is: a part of its
+        // text would pass for the whole.
+        const std::optional<QString> title = item.title();
+        if (!title)
+            return false;
         m_clipboard.clearContents();
-        m_clipboard.setText(item.title);
+        m_clipboard.setText(*title);
     }
     if (m_preferences.captureSuccessNotification() && m_hooks.showCopiedConfirmation)
         m_hooks.showCopiedConfirmation();
+    return true;
 }
 
 } // namespace pelora

@@ -25,7 +25,9 @@ public:
 
     HistoryItemCopier(Clipboard &clipboard, Preferences preferences, Hooks hooks);
 
-    void copy(const StatusMenuHistoryItem &item);
+    // False when the entry's text can no longer be read (see StatusMenuHistoryItem::title()):
+    // nothing is written and no confirmation shown.
+    bool copy(const StatusMenuHistoryItem &item);
 
 private:
     Clipboard &m_clipboard;

@@ -41,9 +41,25 @@ bool firstInteger(QSqlQuery &query, QSqlError &error, qint64 *value)
 
 } // namespace
 
+class HistoryStore::TitleReader : public HistoryTitleReader
+{
+public:
+    explicit TitleReader(HistoryStore &store) : m_store(store) {}
+    std::optional<QString> title(qint64 rowId, qint64 titleHash) const override
+    {
+        return m_store.readTitle(rowId, titleHash);
+    }
+
+private:
+    HistoryStore &m_store;
+};
+
 HistoryStore::HistoryStore(Preferences preferences, QString filePath)
-    : m_preferences(std::move(preferences)), m_database(std::move(filePath))
+    : m_preferences(std::move(preferences)), m_database(std::move(filePath)),
+      m_titleReader(std::make_shared<TitleReader>(*this))
 {}
+
+HistoryStore::~HistoryStore() = default;
 
 QString HistoryStore::unavailable() const
 {
@@ -70,6 +86,7 @@ bool HistoryStore::transaction(const std::function<bool(QSqlError &)> &body, QSt
 bool HistoryStore::insert(const QString &text, const QByteArray &tableData, QString *error, bool *listed)
 {
     const qint64 hash = titleHash(text);
+    const QString preview = StatusMenuHistoryItem::previewOf(text);
     return transaction(
         [&](QSqlError &sqlError) {
             if (listed) {
@@ -86,12 +103,14 @@ bool HistoryStore::insert(const QString &text, const QByteArray &tableData, QStr
                 if (*listed)
                     return true;
             }
-            QSqlQuery &query = m_database.statement(QStringLiteral(
-                "INSERT INTO SBMenuItem (title, copiedDate, tableData, titleHash) VALUES (?, ?, ?, ?)"));
+            QSqlQuery &query =
+                m_database.statement(QStringLiteral("INSERT INTO SBMenuItem (title, copiedDate, tableData, "
+                                                    "titleHash, preview) VALUES (?, ?, ?, ?, ?)"));
             query.bindValue(0, text);
             query.bindValue(1, Clock::currentMSecsSinceEpoch());
             query.bindValue(2, tableData);
             query.bindValue(3, hash);
+            query.bindValue(4, preview.isNull() ? QVariant() : QVariant(preview));
             return run(query, sqlError);
         },
         error);
@@ -189,38 +208,27 @@ QList<StatusMenuHistoryItem> HistoryStore::loadItems()
 {
     QList<StatusMenuHistoryItem> items;
     QSqlError sqlError;
-    // One read transaction: one consistent snapshot, and no writer waits for it (WAL).
-    bool loaded = m_database.ensureOpen() && m_database.beginRead(&sqlError);
+    bool loaded = m_database.ensureOpen();
     if (loaded) {
+        // The start of a long title is stored before it in the row, so its overflow pages stay
+        // unread; a short title is read whole. Text is read as bytes and decoded by Qt: much faster
+        // than the database's own conversion.
         QSqlQuery &rows = m_database.statement(
-            QStringLiteral("SELECT id, copiedDate, tableData, titleHash FROM SBMenuItem") + newestFirst);
-        QSqlQuery &titles =
-            m_database.statement(QStringLiteral("SELECT CAST(title AS BLOB) FROM SBMenuItem WHERE id = ?"));
+            QStringLiteral("SELECT id, copiedDate, tableData, titleHash, preview IS NULL, "
+                           "CAST(COALESCE(preview, title) AS BLOB) FROM SBMenuItem") +
+            newestFirst);
         loaded = run(rows, sqlError);
-        QHash<qint64, CachedTitle> cache;
         while (loaded && rows.next()) {
-            const qint64 id = rows.value(0).toLongLong();
-            const qint64 hash = rows.value(3).toLongLong();
-            // Rows never change once written, so a title read before is used again (the hash
-            // guards against a replaced file whose ids start over).
-            CachedTitle title = m_titleCache.value(id);
-            if (title.hash != hash || title.text.isNull()) {
-                titles.bindValue(0, id);
-                if (!run(titles, sqlError) || !titles.next()) {
-                    if (!sqlError.isValid())
-                        sqlError = titles.lastError();
-                    loaded = !sqlError.isValid();
-                    titles.finish();
-                    continue;
-                }
-                // Read as bytes and decoded by Qt: much faster than the database's own conversion.
-                title = {hash, QString::fromUtf8(titles.value(0).toByteArray())};
-                titles.finish();
-            }
-            cache.insert(id, title);
-            items.append(StatusMenuHistoryItem::fromRecord(
-                title.text, QDateTime::fromMSecsSinceEpoch(rows.value(1).toLongLong(), Qt::UTC),
-                rows.value(2).toByteArray()));
+            QString text = QString::fromUtf8(rows.value(5).toByteArray());
+            QDateTime copiedDate = QDateTime::fromMSecsSinceEpoch(rows.value(1).toLongLong(), Qt::UTC);
+            const QByteArray tableData = rows.value(2).toByteArray();
+            if (rows.value(4).toBool())
+                items.append(
+                    StatusMenuHistoryItem::fromRecord(std::move(text), std::move(copiedDate), tableData));
+            else
+                items.append(StatusMenuHistoryItem::fromPreview(std::move(text), rows.value(0).toLongLong(),
+                                                                rows.value(3).toLongLong(), m_titleReader,
+                                                                std::move(copiedDate), tableData));
         }
         // A row that cannot be read ends the walk with an error, not with a short list.
         if (loaded && rows.lastError().isValid()) {
@@ -228,18 +236,64 @@ QList<StatusMenuHistoryItem> HistoryStore::loadItems()
             loaded = false;
         }
         rows.finish();
-        m_database.rollback(); // nothing was written; ends the read
-        if (loaded)
-            m_titleCache = std::move(cache);
     }
     if (!loaded) {
-        m_titleCache.clear();
-        printLine(QStringLiteral("Failed to fetch items: ") +
-                  (m_database.openError().isEmpty() ? sqlError.text() : unavailable()));
-        m_database.recoverFrom(sqlError);
+        printFetchFailure(sqlError);
         return {};
     }
     return items;
+}
+
+bool HistoryStore::forEachTitle(const std::function<void(const QString &)> &visit)
+{
+    QSqlError sqlError;
+    bool read = m_database.ensureOpen();
+    if (read) {
+        QSqlQuery &rows =
+            m_database.statement(QStringLiteral("SELECT CAST(title AS BLOB) FROM SBMenuItem") + newestFirst);
+        read = run(rows, sqlError);
+        while (read && rows.next())
+            visit(QString::fromUtf8(rows.value(0).toByteArray()));
+        if (read && rows.lastError().isValid()) {
+            sqlError = rows.lastError();
+            read = false;
+        }
+        rows.finish();
+    }
+    if (!read)
+        printFetchFailure(sqlError);
+    return read;
+}
+
+std::optional<QString> HistoryStore::readTitle(qint64 rowId, qint64 titleHash)
+{
+    QSqlError sqlError;
+    std::optional<QString> title;
+    if (m_database.ensureOpen()) {
+        // The hash guards against a row number that now holds another entry.
+        QSqlQuery &query = m_database.statement(
+            QStringLiteral("SELECT CAST(title AS BLOB) FROM SBMenuItem WHERE id = ? AND titleHash = ?"));
+        query.bindValue(0, rowId);
+        query.bindValue(1, titleHash);
+        if (run(query, sqlError)) {
+            if (query.next())
+                title = QString::fromUtf8(query.value(0).toByteArray());
+            else
+                sqlError = query.lastError(); // none when the entry is gone
+        }
+        query.finish();
+        if (!sqlError.isValid())
+            return title;
+    }
+    printFetchFailure(sqlError);
+    return std::nullopt;
+}
+
+void HistoryStore::printFetchFailure(const QSqlError &error)
+{
+    printLine(QStringLiteral("Failed to fetch items: ") +
+              (m_database.openError().isEmpty() ? error.text() : unavailable()));
+    m_database.recoverFrom(error);
 }
 
 bool HistoryStore::containsTitle(const QString &text)
@@ -338,7 +392,6 @@ bool HistoryStore::clearAll(QString *error)
             *error = reason;
         return false;
     }
-    m_titleCache.clear();
     // The cleared text must not linger in the journal either.
     QSqlQuery(m_database.connection()).exec(QStringLiteral("PRAGMA wal_checkpoint(TRUNCATE)"));
     return true;

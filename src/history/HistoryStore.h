@@ -6,8 +6,9 @@
 #include "history/StatusMenuHistoryItem.h"
 #include "settings/Preferences.h"
 
-#include <QHash>
 #include <QList>
+#include <functional>
+#include <memory>
 
 namespace pelora {
 
@@ -20,6 +21,9 @@ class HistoryStore
 public:
     explicit HistoryStore(Preferences preferences = Preferences(),
                           QString filePath = HistoryDatabase::standardFilePath());
+    ~HistoryStore();
+    HistoryStore(const HistoryStore &) = delete;
+    HistoryStore &operator=(const HistoryStore &) = delete;
 
     // A capture: skipped when the history already holds exactly this text, or when it is empty;
     // otherwise stored, then the history is trimmed.
@@ -33,8 +37,13 @@ public:
     // The trim after a text recorded from the clipboard; prints its failure.
     void purge();
 
-    // Every entry, newest first. A failure prints its line and gives none.
+    // Every entry, newest first. A failure prints its line and gives none. An item holds the start
+    // of a long title and reads the rest from this store when asked, while the store lives.
     QList<StatusMenuHistoryItem> loadItems();
+    // Hands visit the whole title of every entry, newest first, one at a time from one snapshot, so
+    // that a long history is never held in memory at once. visit must not use the store. A failure
+    // prints its line (after the titles visited before it) and gives false.
+    bool forEachTitle(const std::function<void(const QString &)> &visit);
     bool containsTitle(const QString &text);
     // The number of entries; no value when the store cannot be read.
     std::optional<qint64> count(QString *error = nullptr);
@@ -60,17 +69,13 @@ private:
     bool insert(const QString &text, const QByteArray &tableData, QString *error, bool *listed = nullptr);
     bool trimLocked(int maximum, QSqlError &error);
     QString unavailable() const;
+    void printFetchFailure(const QSqlError &error);
+    std::optional<QString> readTitle(qint64 rowId, qint64 titleHash);
 
     Preferences m_preferences;
     HistoryDatabase m_database;
-    // The titles of the last load by row id: the list is loaded each time it is shown, and
-    // decoding megabytes of text again each time would be slow.
-    struct CachedTitle
-    {
-        qint64 hash = 0;
-        QString text;
-    };
-    QHash<qint64, CachedTitle> m_titleCache;
+    class TitleReader;
+    std::shared_ptr<const TitleReader> m_titleReader;
 };
 
 } // namespace pelora

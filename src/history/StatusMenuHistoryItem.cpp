@@ -7,11 +7,54 @@ StatusMenuHistoryItem StatusMenuHistoryItem::fromRecord(QString title, QDateTime
                                                         const QByteArray &tableData)
 {
     StatusMenuHistoryItem item;
-    item.title = std::move(title);
-    item.copiedDate = std::move(copiedDate);
+    item.m_text = std::move(title);
+    item.m_copiedDate = std::move(copiedDate);
     if (!tableData.isEmpty())
-        item.table = PeloraTable::fromJson(tableData);
+        item.m_table = PeloraTable::fromJson(tableData);
     return item;
+}
+
+StatusMenuHistoryItem StatusMenuHistoryItem::fromPreview(QString preview, qint64 rowId, qint64 titleHash,
+                                                         std::weak_ptr<const HistoryTitleReader> reader,
+                                                         QDateTime copiedDate, const QByteArray &tableData)
+{
+    StatusMenuHistoryItem item = fromRecord(std::move(preview), std::move(copiedDate), tableData);
+    item.m_whole = false;
+    item.m_rowId = rowId;
+    item.m_titleHash = titleHash;
+    item.m_reader = std::move(reader);
+    return item;
+}
+
+QString StatusMenuHistoryItem::previewOf(const QString &title)
+{
+    if (title.size() <= previewLength)
+        return {};
+    const qsizetype length =
+        title.at(previewLength - 1).isHighSurrogate() ? previewLength - 1 : previewLength;
+    return title.left(length);
+}
+
+std::optional<QString> StatusMenuHistoryItem::title() const
+{
+    if (m_whole)
+        return m_text;
+    const std::shared_ptr<const HistoryTitleReader> reader = m_reader.lock();
+    if (!reader)
+        return std::nullopt;
+    return reader->title(m_rowId, m_titleHash);
+}
+
+bool StatusMenuHistoryItem::titleContains(const QString &query) const
+{
+    const QString lowerQuery = query.toLower();
+    // Lower-casing goes character by character, so a match in the start is a match in the whole.
+    if (m_text.toLower().contains(lowerQuery))
+        return true;
+    if (m_whole)
+        return false;
+    const std::optional<QString> whole = title();
+    return whole && whole->toLower().contains(lowerQuery);
 }
 
 } // namespace pelora

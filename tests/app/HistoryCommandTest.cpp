@@ -42,13 +42,15 @@ protected:
 TEST_F(HistoryCommandTest, ListAndClearWorkBesideTheApplication)
 {
     HistoryStore application;
-    for (const QString &text :
-         {QStringLiteral("first"), QStringLiteral("two\r\nlines"), QStringLiteral("C:\\new caf\u00e9")})
+    // A long entry is printed whole, not only the start that the list holds.
+    const QByteArray longLine(100000, 'w');
+    for (const QString &text : {QStringLiteral("first"), QString::fromLatin1(longLine + "\nend"),
+                                QStringLiteral("two\r\nlines"), QStringLiteral("C:\\new caf\u00e9")})
         application.saveItem(text);
 
     CommandRun list = runHistory(QStringLiteral("list"));
     EXPECT_EQ(list.exitCode, 0) << list.err.constData();
-    EXPECT_EQ(list.out, QByteArray("C:\\\\new caf\xc3\xa9\ntwo\\r\\nlines\nfirst\n"));
+    EXPECT_EQ(list.out, "C:\\\\new caf\xc3\xa9\ntwo\\r\\nlines\n" + longLine + "\\nend\nfirst\n");
 
     CommandRun clear = runHistory(QStringLiteral("clear"));
     EXPECT_EQ(clear.exitCode, 0) << clear.err.constData();

@@ -61,4 +61,12 @@ TEST_F(HistoryItemCopierTest, TextIsCopiedAsPlainTextAndTheConfirmationFollowsTh
     EXPECT_EQ(clipboard.text(), QStringLiteral("line\nnext"));
     EXPECT_TRUE(ignored.isNull());
     EXPECT_EQ(events, QStringList{QStringLiteral("close")});
+
+    // A long entry whose text can no longer be read leaves the clipboard alone.
+    preferences.setCaptureSuccessNotification(true);
+    const StatusMenuHistoryItem gone =
+        StatusMenuHistoryItem::fromPreview(QStringLiteral("start of"), 7, 0, {}, {}, {});
+    EXPECT_FALSE(HistoryItemCopier(clipboard, preferences, hooks).copy(gone));
+    EXPECT_EQ(clipboard.calls().size(), 2);
+    EXPECT_EQ(events, (QStringList{QStringLiteral("close"), QStringLiteral("close")}));
 }

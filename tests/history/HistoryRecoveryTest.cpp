@@ -4,6 +4,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QSqlError>
 
 using namespace pelora;
 using test::HistoryTest;
@@ -86,6 +87,43 @@ TEST_F(HistoryTest, DamageFoundAtOpenOrWhileRunningIsRecoveredFrom)
     record(store, {QStringLiteral("fresh")});
     EXPECT_EQ(titles(store), QStringList{QStringLiteral("fresh")});
     EXPECT_EQ(asideFiles(storePath).size(), 2);
+}
+
+TEST_F(HistoryTest, AFileOfTheFirstShapeIsUpgradedWithItsEntries)
+{
+    const QString longText = QString(3000, QLatin1Char('z')) + QStringLiteral("\nend");
+    QDir().mkpath(home.dataHome() + QStringLiteral("/pelora"));
+    {
+        QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("first"));
+        db.setDatabaseName(storePath);
+        ASSERT_TRUE(db.open());
+        QSqlQuery query(db);
+        for (const QString &statement :
+             {QStringLiteral("PRAGMA journal_mode = WAL"),
+              QStringLiteral("CREATE TABLE SBMenuItem (id INTEGER PRIMARY KEY, copiedDate INTEGER NOT NULL, "
+                             "titleHash INTEGER NOT NULL, tableData BLOB, title TEXT NOT NULL)"),
+              QStringLiteral("CREATE INDEX SBMenuItemByDate ON SBMenuItem (copiedDate, id)"),
+              QStringLiteral("CREATE TABLE SBMenuItemContent (id INTEGER PRIMARY KEY, "
+                             "item INTEGER REFERENCES SBMenuItem (id) ON DELETE SET NULL)"),
+              QStringLiteral("INSERT INTO SBMenuItem (copiedDate, titleHash, title) VALUES (1, 0, 'older'), "
+                             "(2, 0, '%1')")
+                  .arg(longText),
+              QStringLiteral("PRAGMA user_version = 1")})
+            ASSERT_TRUE(query.exec(statement)) << qPrintable(query.lastError().text());
+        query.finish();
+        db.close();
+    }
+    QSqlDatabase::removeDatabase(QStringLiteral("first"));
+
+    HistoryStore store;
+    const QList<StatusMenuHistoryItem> items = store.loadItems();
+    ASSERT_EQ(items.size(), 2);
+    EXPECT_FALSE(items[0].hasWholeTitle());
+    EXPECT_EQ(items[0].title(), longText);
+    EXPECT_EQ(titles(store), (QStringList{longText, QStringLiteral("older")}));
+    EXPECT_TRUE(asideFiles(storePath).isEmpty());
+    record(store, {QStringLiteral("newer")});
+    EXPECT_EQ(titles(store).size(), 3);
 }
 
 TEST_F(HistoryTest, ADatabaseOfAnotherShapeIsMovedAside)

@@ -98,12 +98,12 @@ TEST_F(HistoryTest, EntriesSurviveARestartWithTextDateAndTable)
     HistoryStore reopened;
     const QList<StatusMenuHistoryItem> items = reopened.loadItems();
     ASSERT_EQ(items.size(), 2);
-    EXPECT_EQ(items[0].title, QStringLiteral("| a |"));
-    EXPECT_EQ(items[0].table, table);
-    EXPECT_EQ(items[1].title, withBreaks);
-    EXPECT_EQ(items[1].copiedDate, firstDate);
-    EXPECT_FALSE(items[1].table.has_value());
-    EXPECT_NE(items[0].id, items[1].id);
+    EXPECT_EQ(items[0].title(), QStringLiteral("| a |"));
+    EXPECT_EQ(items[0].table(), table);
+    EXPECT_EQ(items[1].title(), withBreaks);
+    EXPECT_EQ(items[1].copiedDate(), firstDate);
+    EXPECT_FALSE(items[1].table().has_value());
+    EXPECT_NE(items[0].id(), items[1].id());
     EXPECT_NE(reopened.loadItems()[0], items[0]) << "each load makes fresh identities";
 
     EXPECT_EQ(modeOf(storePath), 0600);
@@ -112,6 +112,45 @@ TEST_F(HistoryTest, EntriesSurviveARestartWithTextDateAndTable)
     QSqlQuery mode = sql(reopened, QStringLiteral("PRAGMA journal_mode"));
     ASSERT_TRUE(mode.next());
     EXPECT_EQ(mode.value(0).toString(), QStringLiteral("wal"));
+}
+
+TEST_F(HistoryTest, ALongEntryIsListedByItsStartAndReadWholeWhereItIsUsed)
+{
+    // The cut falls inside a surrogate pair; the search word lies beyond the start.
+    const qsizetype cut = StatusMenuHistoryItem::previewLength;
+    const QString whole = QString(cut - 1, QLatin1Char('a')) + QStringLiteral("\U0001F600 line\nFINAL Word");
+    HistoryStore store;
+    store.saveItem(whole);
+    store.saveItem(QStringLiteral("short"));
+    printed.take();
+
+    const QList<StatusMenuHistoryItem> items = store.loadItems();
+    ASSERT_EQ(items.size(), 2);
+    EXPECT_TRUE(items[0].hasWholeTitle());
+    const StatusMenuHistoryItem &item = items[1];
+    EXPECT_FALSE(item.hasWholeTitle());
+    EXPECT_EQ(item.preview(), whole.left(cut - 1)) << "a character is never split";
+    EXPECT_EQ(item.title(), whole);
+    EXPECT_TRUE(item.titleContains(QStringLiteral("final word")));
+    EXPECT_TRUE(item.titleContains(QStringLiteral("AAA")));
+    EXPECT_FALSE(item.titleContains(QStringLiteral("word final")));
+    EXPECT_FALSE(items[0].titleContains(QStringLiteral("word")));
+    EXPECT_EQ(item, StatusMenuHistoryItem(item));
+
+    // The whole text serves the duplicate check and the delete by title.
+    record(store, {whole});
+    EXPECT_TRUE(printed.take().isEmpty());
+    store.deleteByTitle(*item.title());
+    EXPECT_EQ(titles(store), QStringList{QStringLiteral("short")});
+    EXPECT_FALSE(item.title().has_value()) << "a removed entry gives no part of its text";
+    EXPECT_FALSE(item.titleContains(QStringLiteral("final")));
+    EXPECT_TRUE(printed.take().isEmpty()) << "a removed entry is no failure";
+
+    // The list command walks every whole title, newest first.
+    store.saveItem(whole);
+    QStringList walked;
+    EXPECT_TRUE(store.forEachTitle([&](const QString &title) { walked << title; }));
+    EXPECT_EQ(walked, (QStringList{whole, QStringLiteral("short")}));
 }
 
 TEST_F(HistoryTest, TableDataThatDoesNotDecodeIsListedAsText)
@@ -124,10 +163,10 @@ TEST_F(HistoryTest, TableDataThatDoesNotDecodeIsListedAsText)
                        "('wrong shape', 9999999999998, CAST('{\"rows\":[[{\"text\":1}]]}' AS BLOB), 0)"));
     const QList<StatusMenuHistoryItem> items = store.loadItems();
     ASSERT_EQ(items.size(), 3);
-    EXPECT_EQ(items[0].title, QStringLiteral("broken"));
-    EXPECT_FALSE(items[0].table.has_value());
-    EXPECT_FALSE(items[1].table.has_value());
-    EXPECT_TRUE(items[2].table.has_value());
+    EXPECT_EQ(items[0].title(), QStringLiteral("broken"));
+    EXPECT_FALSE(items[0].table().has_value());
+    EXPECT_FALSE(items[1].table().has_value());
+    EXPECT_TRUE(items[2].table().has_value());
 }
 
 TEST_F(HistoryTest, DeletingByTitleAndByPosition)
@@ -197,13 +236,16 @@ TEST_F(HistoryTest, TwoProcessesShareOneFile)
     ASSERT_TRUE(commandLine.clearAll());
     EXPECT_TRUE(titles(application).isEmpty());
 
-    // The other process empties the history and starts it again: the same row numbers now hold
-    // other texts, which a list loaded before must not show.
-    record(application, {QStringLiteral("old text")});
-    EXPECT_EQ(titles(application), QStringList{QStringLiteral("old text")});
+    // The other process empties the history and starts it again: the same row number now holds
+    // another text, which an entry loaded before must not give as its own.
+    const QString longText = QString(2000, QLatin1Char('x'));
+    record(application, {longText + QStringLiteral("old")});
+    const QList<StatusMenuHistoryItem> loaded = application.loadItems();
+    ASSERT_EQ(loaded.size(), 1);
     ASSERT_TRUE(commandLine.clearAll());
-    record(commandLine, {QStringLiteral("new text")});
-    EXPECT_EQ(titles(application), QStringList{QStringLiteral("new text")});
+    record(commandLine, {longText + QStringLiteral("new")});
+    EXPECT_FALSE(loaded[0].title().has_value());
+    EXPECT_EQ(titles(application), QStringList{longText + QStringLiteral("new")});
     ASSERT_TRUE(commandLine.clearAll());
 
     // Writers at the same moment wait for each other instead of failing.

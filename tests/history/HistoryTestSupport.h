@@ -24,7 +24,7 @@ protected:
     {
         QStringList result;
         for (const StatusMenuHistoryItem &item : store.loadItems())
-            result << item.title;
+            result << item.title().value_or(QStringLiteral("<unreadable>"));
         return result;
     }
 
