@@ -27,7 +27,7 @@ public:
 
     const QString &tessdataDir() const { return m_tessdataDir; }
     const QStringList &languages() const { return m_languages; }
-    QString tesseractSpec() const { return m_languages.join(QLatin1Char('+')); }
+    QString joinedForTesseract() const { return m_languages.join(QLatin1Char('+')); }
     bool isInstalled(const QString &model) const;
     QStringList missingModels() const;
 

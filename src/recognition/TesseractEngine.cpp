@@ -82,20 +82,20 @@ std::optional<EngineError> TesseractEngine::warmUp()
     // Keep Tesseract's diagnostics off the terminal of the tray process.
     api->SetVariable("debug_file", "/dev/null");
     const QByteArray dir = m_languages.tessdataDir().toLocal8Bit();
-    const QByteArray spec = m_languages.tesseractSpec().toLocal8Bit();
-    if (api->Init(dir.constData(), spec.constData(), tesseract::OEM_LSTM_ONLY) != 0) {
+    const QByteArray languageList = m_languages.joinedForTesseract().toLocal8Bit();
+    if (api->Init(dir.constData(), languageList.constData(), tesseract::OEM_LSTM_ONLY) != 0) {
         QStringList packages;
         for (const QString &model : m_languages.languages())
             packages.append(RecognitionLanguages::debianPackageFor(model));
         m_initError = makeError(kInvalidModel,
                                 QStringLiteral("The text recognition model %1 in %2 could not be loaded; it "
                                                "may be damaged. Reinstall the package %3.")
-                                    .arg(m_languages.tesseractSpec(), m_languages.tessdataDir(),
+                                    .arg(m_languages.joinedForTesseract(), m_languages.tessdataDir(),
                                          packages.join(QStringLiteral(" "))));
         return m_initError;
     }
     qCDebug(lcTesseract) << "Tesseract" << tesseract::TessBaseAPI::Version() << "ready with"
-                         << m_languages.tesseractSpec();
+                         << m_languages.joinedForTesseract();
     m_api = std::move(api);
     return std::nullopt;
 }

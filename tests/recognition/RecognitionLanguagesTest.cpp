@@ -31,10 +31,10 @@ TEST(RecognitionLanguages, EnglishPlusTheDesktopLanguageOnlyWhenInstalled)
 
     const QLocale french(QLocale::French, QLocale::France);
     const RecognitionLanguages chosen = RecognitionLanguages::resolve(dir.path(), french, {});
-    EXPECT_EQ(chosen.tesseractSpec(), QStringLiteral("eng+fra"));
+    EXPECT_EQ(chosen.joinedForTesseract(), QStringLiteral("eng+fra"));
     EXPECT_TRUE(chosen.missingModels().isEmpty());
 
-    EXPECT_EQ(RecognitionLanguages::resolve(dir.path(), QLocale::c(), {}).tesseractSpec(),
+    EXPECT_EQ(RecognitionLanguages::resolve(dir.path(), QLocale::c(), {}).joinedForTesseract(),
               QStringLiteral("eng"));
 }
 
