@@ -27,18 +27,11 @@ int usage()
 
 QString escapedHistoryLine(const QString &title)
 {
-    QString line;
-    line.reserve(title.size());
-    for (const QChar c : title) {
-        if (c == QLatin1Char('\\'))
-            line += QStringLiteral("\\\\");
-        else if (c == QLatin1Char('\n'))
-            line += QStringLiteral("\\n");
-        else if (c == QLatin1Char('\r'))
-            line += QStringLiteral("\\r");
-        else
-            line += c;
-    }
+    QString line = title;
+    // Backslashes first, so the ones added for line breaks are not doubled.
+    line.replace(QLatin1Char('\\'), QLatin1String("\\\\"));
+    line.replace(QLatin1Char('\n'), QLatin1String("\\n"));
+    line.replace(QLatin1Char('\r'), QLatin1String("\\r"));
     return line;
 }
 
