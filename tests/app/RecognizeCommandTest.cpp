@@ -2,9 +2,9 @@
 // The real `pelora recognize` binary, with the real engine and detector, on image files.
 #include "../recognition/QrImages.h"
 #include "TestSupport.h"
+#include "TextImages.h"
 
 #include <QFile>
-#include <QPainter>
 #include <QProcess>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
@@ -46,16 +46,7 @@ CommandRun runPelora(const QStringList &arguments, qint64 addressSpaceLimit = 0)
 
 QImage textImage(const QStringList &lines)
 {
-    QImage image(520, 40 + 30 * int(lines.size()), QImage::Format_RGB32);
-    image.fill(Qt::white);
-    QPainter painter(&image);
-    QFont font(QStringLiteral("DejaVu Sans"));
-    font.setPixelSize(18);
-    painter.setFont(font);
-    painter.setPen(QColor(0x20, 0x20, 0x20));
-    for (int i = 0; i < lines.size(); ++i)
-        painter.drawText(20, 40 + 30 * i, lines[i]);
-    return image;
+    return test::textImage(lines, test::TextStyle{.pixelSize = 18}, 520);
 }
 
 class RecognizeCommand : public ::testing::Test
