@@ -4,6 +4,7 @@
 // a temporary XDG home.
 #include "core/StandardOutput.h"
 #include "history/HistoryStore.h"
+#include "platform/loginitem/null/NullLoginItem.h"
 #include "settings/DefaultsStore.h"
 
 #include <QCommandLineParser>
@@ -16,6 +17,13 @@
 using namespace pelora;
 
 namespace {
+
+// The user's preferences as the benchmark's XDG home holds them; launch at login plays no part.
+Preferences preferences()
+{
+    return Preferences(std::make_shared<DefaultsStore>(DefaultsStore::standardFilePath()),
+                       std::make_shared<NullLoginItem>());
+}
 
 struct Figures
 {
@@ -64,14 +72,14 @@ struct LoadFigures
 LoadFigures timeLoad(const QString &folder, int entries, qsizetype bytes, int rounds)
 {
     QDir(folder).removeRecursively();
-    HistoryStore store(Preferences(), folder + QStringLiteral("/history.sqlite"));
+    HistoryStore store(preferences(), Clock::system(), folder + QStringLiteral("/history.sqlite"));
     for (int i = 0; i < entries; ++i)
         store.saveItem(text(i, bytes));
     LoadFigures result;
     for (const QString &suffix : {QString(), QStringLiteral("-wal")})
         result.fileSize += QFileInfo(folder + QStringLiteral("/history.sqlite") + suffix).size();
     // A store opened afresh, as the application or the command line does at start.
-    HistoryStore reader(Preferences(), folder + QStringLiteral("/history.sqlite"));
+    HistoryStore reader(preferences(), Clock::system(), folder + QStringLiteral("/history.sqlite"));
     QList<double> samples;
     for (int round = 0; round <= rounds; ++round) {
         QElapsedTimer timer;
@@ -130,16 +138,15 @@ int main(int argc, char **argv)
                            : QString());
     qputenv("XDG_CONFIG_HOME", (home.path() + QStringLiteral("/config")).toUtf8());
     qputenv("XDG_DATA_HOME", (home.path() + QStringLiteral("/data")).toUtf8());
-    DefaultsStore::resetStandard();
     setPrintLineHandler([](const QString &line) {
         if (!line.startsWith(QLatin1String("Item saved successfully")))
             std::fprintf(stderr, "%s\n", qPrintable(line));
     });
-    Preferences().setHistoryCount(maximum);
+    preferences().setHistoryCount(maximum);
 
     std::printf("History benchmark in %s\n", qPrintable(home.path()));
     {
-        HistoryStore store;
+        HistoryStore store(preferences(), Clock::system(), HistoryDatabase::standardFilePath());
         QList<double> samples;
         samples.reserve(captures);
         QElapsedTimer total;

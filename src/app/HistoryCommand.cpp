@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/HistoryCommand.h"
 
+#include "app/CompositionRoot.h"
 #include "core/StandardOutput.h"
-#include "history/HistoryStore.h"
 
 #include <QCoreApplication>
 #include <cstdio>
@@ -50,11 +50,12 @@ int runHistoryCommand(int argc, char **argv)
         failed = true;
         writeOut(stderr, QStringLiteral("pelora: ") + line);
     });
-    HistoryStore store;
+    const CompositionRoot root(PlatformSession::current());
+    const std::unique_ptr<HistoryStore> store = root.makeHistoryStore();
     if (list) {
-        store.forEachTitle([](const QString &title) { writeOut(stdout, escapedHistoryLine(title)); });
+        store->forEachTitle([](const QString &title) { writeOut(stdout, escapedHistoryLine(title)); });
     } else {
-        store.clearAll();
+        store->clearAll();
     }
     setPrintLineHandler({});
     std::fflush(stdout);

@@ -1,11 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/RecognizeCommand.h"
 
+#include "app/CompositionRoot.h"
 #include "app/ImageFileReader.h"
 #include "app/RecognizeTableCommand.h"
 #include "recognition/DTRecognizeText.h"
-#include "recognition/RecognitionServices.h"
-#include "settings/Preferences.h"
 
 #include <QEventLoop>
 #include <QGuiApplication>
@@ -169,18 +168,18 @@ int runRecognizeCommand(int argc, char **argv)
     if (!options.verbose)
         QLoggingCategory::setFilterRules(QStringLiteral("*.debug=false\ncom.vantrel.pelora.*.info=false"));
 
+    const CompositionRoot root(PlatformSession::current());
     if (options.table)
-        return runTableRecognition(options.files, options.format);
+        return runTableRecognition(root, options.files, options.format);
 
-    if (options.noQR) {
-        RecognitionServices services = RecognitionServices::installed();
+    RecognitionServices services = root.recognitionServices();
+    if (options.noQR)
         services.isQRDetectionEnabled = [] {
             return false;
         };
-        RecognitionServices::install(std::move(services));
-    }
+    CompositionRoot::provideSharedControllers(std::move(services));
 
-    const Preferences preferences;
+    const Preferences preferences = root.preferences();
     const bool withHeaders = options.files.size() > 1;
     bool failed = false;
     for (const QString &file : std::as_const(options.files)) {

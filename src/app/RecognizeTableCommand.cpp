@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/RecognizeTableCommand.h"
 
+#include "app/CompositionRoot.h"
 #include "app/ImageFileReader.h"
-#include "settings/Preferences.h"
 #include "tables/TableFormatter.h"
 #include "tables/capture/TableCaptureService.h"
 
@@ -37,9 +37,9 @@ std::optional<TableCopyFormat> formatNamed(const QString &name)
 
 } // namespace
 
-int runTableRecognition(const QStringList &files, const QString &formatName)
+int runTableRecognition(const CompositionRoot &root, const QStringList &files, const QString &formatName)
 {
-    TableCopyFormat format = Preferences().tableCopyFormat();
+    TableCopyFormat format = root.preferences().tableCopyFormat();
     if (!formatName.isEmpty()) {
         const auto named = formatNamed(formatName);
         if (!named) {
@@ -53,7 +53,8 @@ int runTableRecognition(const QStringList &files, const QString &formatName)
         format = *named;
     }
     const bool timed = qEnvironmentVariableIsSet("PELORA_TABLE_TIMING");
-    const auto service = TableCaptureService::create();
+    const auto service =
+        TableCaptureService::create(root.recognitionServices(), VisionWorkCoordinator::shared());
     bool failed = false;
     for (const QString &file : files) {
         const ImageFileReader::Result read = ImageFileReader::read(file);

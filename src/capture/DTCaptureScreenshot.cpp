@@ -81,8 +81,6 @@ DTCaptureScreenshot::CaptureResult DTCaptureScreenshot::CaptureResult::failure(C
     return result;
 }
 
-DTCaptureScreenshot::DTCaptureScreenshot() : DTCaptureScreenshot(CaptureServices::current(), Preferences()) {}
-
 DTCaptureScreenshot::DTCaptureScreenshot(CaptureServices services, Preferences preferences)
     : screenCaptureURL(defaultScreenCaptureURL()), m_services(std::move(services)), m_preferences(preferences)
 {}

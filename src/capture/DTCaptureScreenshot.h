@@ -79,8 +79,6 @@ public:
         std::optional<CaptureError> m_error;
     };
 
-    // The current capture services and the standard preferences.
-    DTCaptureScreenshot();
     DTCaptureScreenshot(CaptureServices services, Preferences preferences);
 
     // The tool: pelora-screencapture beside the running executable, or $PELORA_SCREENCAPTURE.

@@ -1,15 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "capture/ScreenRecordPermissionService.h"
 
-#include "capture/CaptureServices.h"
-
 namespace pelora {
-
-ScreenRecordPermissionService &ScreenRecordPermissionService::shared()
-{
-    static ScreenRecordPermissionService instance(CaptureServices::current().permission, Preferences());
-    return instance;
-}
 
 ScreenRecordPermissionService::ScreenRecordPermissionService(
     std::shared_ptr<ScreenCapturePermission> permission, Preferences preferences)

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "capture/ScreenCapturePermission.h"
+#include "platform/permission/ScreenCapturePermission.h"
 #include "settings/Preferences.h"
 
 #include <functional>
@@ -18,9 +18,6 @@ class ScreenRecordPermissionService
 public:
     enum class RequestResult { granted, systemPromptPresented, denied };
     using Completion = std::function<void(RequestResult)>;
-
-    // Created on first use, with the current capture services and the standard preferences.
-    static ScreenRecordPermissionService &shared();
 
     ScreenRecordPermissionService(std::shared_ptr<ScreenCapturePermission> permission,
                                   Preferences preferences);

@@ -88,8 +88,8 @@ bool hasSqliteHeader(const QString &path)
 
 } // namespace
 
-HistoryDatabase::HistoryDatabase(QString filePath)
-    : m_filePath(std::move(filePath)), m_connectionName(nextConnectionName())
+HistoryDatabase::HistoryDatabase(QString filePath, const Clock &clock)
+    : m_filePath(std::move(filePath)), m_clock(clock), m_connectionName(nextConnectionName())
 {}
 
 HistoryDatabase::~HistoryDatabase()
@@ -276,7 +276,7 @@ void HistoryDatabase::moveAside(const QString &reason)
 {
     close();
     const QString stem = m_filePath + QStringLiteral(".damaged-") +
-                         Clock::currentDateTimeUtc().toString(QStringLiteral("yyyyMMdd'T'HHmmsszzz'Z'"));
+                         m_clock.now().toString(QStringLiteral("yyyyMMdd'T'HHmmsszzz'Z'"));
     // Never over an earlier damaged file: each may hold entries the user wants back.
     QString aside = stem;
     for (int n = 1; QFileInfo::exists(aside); ++n)

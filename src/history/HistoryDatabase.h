@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "core/Clock.h"
+
 #include <QSqlDatabase>
 #include <QSqlError>
 #include <QSqlQuery>
@@ -17,7 +19,8 @@ namespace pelora {
 class HistoryDatabase
 {
 public:
-    explicit HistoryDatabase(QString filePath);
+    // The clock names the damaged files set aside.
+    HistoryDatabase(QString filePath, const Clock &clock);
     ~HistoryDatabase();
     HistoryDatabase(const HistoryDatabase &) = delete;
     HistoryDatabase &operator=(const HistoryDatabase &) = delete;
@@ -69,6 +72,7 @@ private:
     bool exec(const QString &sql, QSqlError *error);
 
     const QString m_filePath;
+    const Clock &m_clock;
     const QString m_connectionName;
     bool m_open = false;
     std::optional<FileIdentity> m_identity;

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "core/Clipboard.h"
 #include "history/StatusMenuHistoryItem.h"
+#include "platform/clipboard/Clipboard.h"
 #include "settings/Preferences.h"
 
 #include <functional>

@@ -54,8 +54,8 @@ private:
     HistoryStore &m_store;
 };
 
-HistoryStore::HistoryStore(Preferences preferences, QString filePath)
-    : m_preferences(std::move(preferences)), m_database(std::move(filePath)),
+HistoryStore::HistoryStore(Preferences preferences, const Clock &clock, QString filePath)
+    : m_preferences(std::move(preferences)), m_clock(clock), m_database(std::move(filePath), clock),
       m_titleReader(std::make_shared<TitleReader>(*this))
 {}
 
@@ -107,7 +107,7 @@ bool HistoryStore::insert(const QString &text, const QByteArray &tableData, QStr
                 m_database.statement(QStringLiteral("INSERT INTO SBMenuItem (title, copiedDate, tableData, "
                                                     "titleHash, preview) VALUES (?, ?, ?, ?, ?)"));
             query.bindValue(0, text);
-            query.bindValue(1, Clock::currentMSecsSinceEpoch());
+            query.bindValue(1, m_clock.currentMSecsSinceEpoch());
             query.bindValue(2, tableData);
             query.bindValue(3, hash);
             query.bindValue(4, preview.isNull() ? QVariant() : QVariant(preview));

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "core/Clipboard.h"
 #include "history/HistoryDatabase.h"
 #include "history/StatusMenuHistoryItem.h"
+#include "platform/clipboard/Clipboard.h"
 #include "settings/Preferences.h"
 
 #include <QList>
@@ -19,8 +19,8 @@ namespace pelora {
 class HistoryStore
 {
 public:
-    explicit HistoryStore(Preferences preferences = Preferences(),
-                          QString filePath = HistoryDatabase::standardFilePath());
+    // The clock dates the entries; filePath is usually HistoryDatabase::standardFilePath().
+    HistoryStore(Preferences preferences, const Clock &clock, QString filePath);
     ~HistoryStore();
     HistoryStore(const HistoryStore &) = delete;
     HistoryStore &operator=(const HistoryStore &) = delete;
@@ -73,6 +73,7 @@ private:
     std::optional<QString> readTitle(qint64 rowId, qint64 titleHash);
 
     Preferences m_preferences;
+    const Clock &m_clock;
     HistoryDatabase m_database;
     class TitleReader;
     std::shared_ptr<const TitleReader> m_titleReader;

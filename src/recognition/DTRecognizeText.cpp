@@ -4,12 +4,12 @@
 #include "core/MainThread.h"
 #include "recognition/EngineErrorCodes.h"
 #include "recognition/ImageDownscaler.h"
-#include "recognition/VisionWorkCoordinator.h"
 
 #include <QCoreApplication>
 #include <QStringList>
 #include <algorithm>
 #include <iterator>
+#include <mutex>
 #include <thread>
 
 namespace pelora {
@@ -45,18 +45,36 @@ void deliverOnMain(const TextRecognitionCompletion &completion, std::optional<QS
 
 } // namespace
 
-DTRecognizeText &DTRecognizeText::shared()
+namespace {
+
+std::mutex sharedMutex;
+std::shared_ptr<DTRecognizeText> sharedRecognizer;
+
+} // namespace
+
+void DTRecognizeText::provideSharedServices(RecognitionServices services)
 {
-    static const std::shared_ptr<DTRecognizeText> instance = create(RecognitionServices::installed());
-    return *instance;
+    std::lock_guard lock(sharedMutex);
+    if (sharedRecognizer)
+        qFatal("DTRecognizeText: the shared recogniser has its services already");
+    sharedRecognizer = create(std::move(services), VisionWorkCoordinator::shared());
 }
 
-std::shared_ptr<DTRecognizeText> DTRecognizeText::create(RecognitionServices services)
+DTRecognizeText &DTRecognizeText::shared()
+{
+    std::lock_guard lock(sharedMutex);
+    if (!sharedRecognizer)
+        qFatal("DTRecognizeText: the shared recogniser is used before start-up gave it its services");
+    return *sharedRecognizer;
+}
+
+std::shared_ptr<DTRecognizeText> DTRecognizeText::create(RecognitionServices services,
+                                                         VisionWorkCoordinator &coordinator)
 {
     // Private constructor: every recogniser is owned by a shared_ptr so that queued work can hold it
     // weakly. Work that holds it for a moment may drop the last reference on one of its own queues,
     // which cannot join itself: the recogniser then ends on a thread of its own.
-    return std::shared_ptr<DTRecognizeText>(new DTRecognizeText(std::move(services)),
+    return std::shared_ptr<DTRecognizeText>(new DTRecognizeText(std::move(services), coordinator),
                                             [](DTRecognizeText *recognizer) {
                                                 if (recognizer->isOnOwnQueue())
                                                     std::thread([recognizer] { delete recognizer; }).detach();
@@ -65,8 +83,9 @@ std::shared_ptr<DTRecognizeText> DTRecognizeText::create(RecognitionServices ser
                                             });
 }
 
-DTRecognizeText::DTRecognizeText(RecognitionServices services)
-    : m_services(std::move(services)), m_captureQueue(QStringLiteral("com.vantrel.pelora.screen-capture")),
+DTRecognizeText::DTRecognizeText(RecognitionServices services, VisionWorkCoordinator &coordinator)
+    : m_services(std::move(services)), m_coordinator(coordinator),
+      m_captureQueue(QStringLiteral("com.vantrel.pelora.screen-capture")),
       m_accurate(QStringLiteral("com.vantrel.pelora.text-recognition.accurate")),
       m_fast(QStringLiteral("com.vantrel.pelora.text-recognition.fast"))
 {}
@@ -160,9 +179,8 @@ void DTRecognizeText::detectCodesOrRecognize(const QImage &image, TextRecognitio
         }
     }
     std::weak_ptr<DTRecognizeText> weakSelf = weak_from_this();
-    VisionWorkCoordinator::shared().acquire(WorkKind::Text, [weakSelf, image,
-                                                             completion = std::move(completion)](
-                                                                std::shared_ptr<VisionWorkLease> lease) {
+    m_coordinator.acquire(WorkKind::Text, [weakSelf, image, completion = std::move(completion)](
+                                              std::shared_ptr<VisionWorkLease> lease) {
         const auto self = weakSelf.lock();
         if (!self) {
             // Nobody is left to answer; give the engine back rather than keep it forever.

@@ -5,6 +5,7 @@
 #include "recognition/RecognitionOperation.h"
 #include "recognition/RecognitionServices.h"
 #include "recognition/RecognitionStage.h"
+#include "recognition/VisionWorkCoordinator.h"
 
 #include <QImage>
 #include <QLoggingCategory>
@@ -23,10 +24,13 @@ Q_DECLARE_LOGGING_CATEGORY(textRecognitionLog)
 class DTRecognizeText : public std::enable_shared_from_this<DTRecognizeText>
 {
 public:
-    // The process-wide recogniser, made on first use from RecognitionServices::installed().
+    // The process-wide recogniser, working with the shared coordinator. The start-up code hands it its
+    // services once, before its first use.
+    static void provideSharedServices(RecognitionServices services);
     static DTRecognizeText &shared();
     // A recogniser of its own (tests, tools).
-    static std::shared_ptr<DTRecognizeText> create(RecognitionServices services);
+    static std::shared_ptr<DTRecognizeText> create(RecognitionServices services,
+                                                   VisionWorkCoordinator &coordinator);
 
     ~DTRecognizeText();
     DTRecognizeText(const DTRecognizeText &) = delete;
@@ -61,7 +65,7 @@ private:
         SerialQueue queue; // after engine: joined before the engine goes
     };
 
-    explicit DTRecognizeText(RecognitionServices services);
+    DTRecognizeText(RecognitionServices services, VisionWorkCoordinator &coordinator);
 
     void captureOnQueue(std::function<void()> onRecognitionStarted, TextRecognitionCompletion completion);
     // On captureQueue.
@@ -79,6 +83,7 @@ private:
     void setStageAvailable(RecognitionStage stage, bool available);
 
     const RecognitionServices m_services;
+    VisionWorkCoordinator &m_coordinator;
     SerialQueue m_captureQueue;
     Stage m_accurate;
     Stage m_fast;

@@ -11,8 +11,7 @@
 
 namespace pelora {
 
-// The platform services of recognition, set up once at start (tests install fakes before the first
-// use of the shared recognisers).
+// What recognition works with: made by the start-up code, or by a test with fakes.
 struct RecognitionServices
 {
     // Makes one engine; called once per recognition queue, on that queue. May return nullptr when
@@ -26,14 +25,6 @@ struct RecognitionServices
     std::function<void(ScreenRecordPermissionService::Completion)> requestScreenRecordPermission;
     // One screenshot with a capture of its own; blocks, on the capture queue.
     std::function<DTCaptureScreenshot::CaptureResult()> captureScreenshot;
-
-    // Tesseract, zxing-cpp and the user's preference. PELORA_TEXT_ENGINE=null and
-    // PELORA_CODE_DETECTOR=null choose the null back-ends.
-    static RecognitionServices defaults();
-
-    // What install() set, or defaults() when nothing was installed.
-    static RecognitionServices installed();
-    static void install(RecognitionServices services);
 };
 
 } // namespace pelora

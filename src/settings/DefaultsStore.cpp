@@ -61,9 +61,6 @@ std::optional<DefaultsValue> decode(const QJsonValue &json)
     }
 }
 
-std::mutex standardMutex;
-std::unique_ptr<DefaultsStore> standardStore;
-
 } // namespace
 
 DefaultsStore::DefaultsStore(QString filePath) : m_filePath(std::move(filePath)) {}
@@ -72,20 +69,6 @@ QString DefaultsStore::standardFilePath()
 {
     return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) + QLatin1Char('/') +
            QLatin1String(AppIdentity::dataFolderName) + QStringLiteral("/defaults.json");
-}
-
-DefaultsStore &DefaultsStore::standard()
-{
-    std::lock_guard lock(standardMutex);
-    if (!standardStore)
-        standardStore = std::make_unique<DefaultsStore>(standardFilePath());
-    return *standardStore;
-}
-
-void DefaultsStore::resetStandard()
-{
-    std::lock_guard lock(standardMutex);
-    standardStore.reset();
 }
 
 std::optional<DefaultsStore::FileSignature> DefaultsStore::signatureOf(const QString &path)

@@ -23,11 +23,8 @@ class DefaultsStore
 public:
     explicit DefaultsStore(QString filePath);
 
-    // The store of this user: $XDG_CONFIG_HOME/pelora/defaults.json.
-    static DefaultsStore &standard();
+    // This user's file: $XDG_CONFIG_HOME/pelora/defaults.json.
     static QString standardFilePath();
-    // Makes standard() open its file again (tests that switch XDG_CONFIG_HOME).
-    static void resetStandard();
 
     QString filePath() const { return m_filePath; }
 

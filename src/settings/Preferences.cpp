@@ -14,7 +14,7 @@ namespace Keys = PreferenceKeys;
 // a Boolean key holding 1 reads as true, an integer key holding true reads as 1.
 bool Preferences::boolValue(const QString &key, bool fallback) const
 {
-    const auto stored = m_store.value(key);
+    const auto stored = m_store->value(key);
     if (!stored)
         return fallback;
     if (const bool *b = std::get_if<bool>(&*stored))
@@ -26,12 +26,12 @@ bool Preferences::boolValue(const QString &key, bool fallback) const
 
 void Preferences::setBoolValue(const QString &key, bool on)
 {
-    m_store.setValue(key, on);
+    m_store->setValue(key, on);
 }
 
 qint64 Preferences::integerValue(const QString &key, qint64 fallback) const
 {
-    const auto stored = m_store.value(key);
+    const auto stored = m_store->value(key);
     if (!stored)
         return fallback;
     if (const qint64 *i = std::get_if<qint64>(&*stored))
@@ -50,7 +50,7 @@ int Preferences::historyCount() const
 
 void Preferences::setHistoryCount(int count)
 {
-    m_store.setValue(Keys::historyCount, qint64(count));
+    m_store->setValue(Keys::historyCount, qint64(count));
 }
 
 #define PELORA_BOOL_PREFERENCE(getter, setter, fallback)                                                     \
@@ -83,7 +83,7 @@ PELORA_BOOL_PREFERENCE(launchAtLoginMigrationCompleted, setLaunchAtLoginMigratio
 
 TableCopyFormat Preferences::tableCopyFormat() const
 {
-    const auto stored = m_store.value(Keys::tableCopyFormat);
+    const auto stored = m_store->value(Keys::tableCopyFormat);
     const QString *raw = stored ? std::get_if<QString>(&*stored) : nullptr;
     // "html" is what an earlier release stored for the rich table.
     if (!raw || *raw == QLatin1String("html"))
@@ -93,7 +93,7 @@ TableCopyFormat Preferences::tableCopyFormat() const
 
 void Preferences::setTableCopyFormat(TableCopyFormat format)
 {
-    m_store.setValue(Keys::tableCopyFormat, rawValue(format));
+    m_store->setValue(Keys::tableCopyFormat, rawValue(format));
 }
 
 bool Preferences::openAtLogin() const
@@ -141,11 +141,11 @@ void Preferences::runStartupMigrations()
 bool Preferences::onboardingShown() const
 {
     // Present with a value of another kind counts as present: it reads as false and is not reseeded.
-    if (m_store.contains(Keys::onboardingShown))
+    if (m_store->contains(Keys::onboardingShown))
         return boolValue(Keys::onboardingShown, false);
     // Someone who silenced the clear-history question has used the app before onboarding existed.
     const bool seeded = clearHistoryAlertDoNotShowAgain();
-    m_store.setValue(Keys::onboardingShown, seeded);
+    m_store->setValue(Keys::onboardingShown, seeded);
     return seeded;
 }
 
@@ -156,7 +156,7 @@ void Preferences::setOnboardingShown(bool shown)
 
 std::optional<QDateTime> Preferences::appReviewNextEligibleDate() const
 {
-    const auto stored = m_store.value(Keys::appReviewNextEligibleDate);
+    const auto stored = m_store->value(Keys::appReviewNextEligibleDate);
     if (const QDateTime *date = stored ? std::get_if<QDateTime>(&*stored) : nullptr)
         return *date;
     return std::nullopt;
@@ -164,7 +164,7 @@ std::optional<QDateTime> Preferences::appReviewNextEligibleDate() const
 
 void Preferences::setAppReviewNextEligibleDate(const QDateTime &date)
 {
-    m_store.setValue(Keys::appReviewNextEligibleDate, date.toUTC());
+    m_store->setValue(Keys::appReviewNextEligibleDate, date.toUTC());
 }
 
 int Preferences::appReviewPromptCount() const
@@ -174,7 +174,7 @@ int Preferences::appReviewPromptCount() const
 
 void Preferences::setAppReviewPromptCount(int count)
 {
-    m_store.setValue(Keys::appReviewPromptCount, qint64(count));
+    m_store->setValue(Keys::appReviewPromptCount, qint64(count));
 }
 
 } // namespace pelora

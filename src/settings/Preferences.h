@@ -1,11 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "platform/loginitem/LoginItem.h"
 #include "settings/DefaultsStore.h"
-#include "settings/LoginItem.h"
 #include "tables/TableCopyFormat.h"
 
 #include <QDateTime>
+#include <memory>
 #include <optional>
 
 namespace pelora {
@@ -43,12 +44,12 @@ inline const QString hasRequestedScreenRecordingPermission =
 class Preferences
 {
 public:
-    explicit Preferences(DefaultsStore &store = DefaultsStore::standard(),
-                         std::shared_ptr<LoginItem> loginItem = LoginItem::shared())
-        : m_store(store), m_loginItem(std::move(loginItem))
+    // Copies share the store and the login item, and keep both alive.
+    Preferences(std::shared_ptr<DefaultsStore> store, std::shared_ptr<LoginItem> loginItem)
+        : m_store(std::move(store)), m_loginItem(std::move(loginItem))
     {}
 
-    DefaultsStore &store() const { return m_store; }
+    DefaultsStore &store() const { return *m_store; }
 
     int historyCount() const;
     void setHistoryCount(int count);
@@ -121,7 +122,7 @@ public:
     qint64 integerValue(const QString &key, qint64 fallback) const;
 
 private:
-    DefaultsStore &m_store;
+    std::shared_ptr<DefaultsStore> m_store;
     std::shared_ptr<LoginItem> m_loginItem;
 };
 

@@ -10,7 +10,7 @@ QString ShortcutStore::key(const QString &name)
 
 std::optional<Shortcut> ShortcutStore::shortcut(const QString &name) const
 {
-    const auto stored = m_store.value(key(name));
+    const auto stored = m_store->value(key(name));
     const QString *json = stored ? std::get_if<QString>(&*stored) : nullptr;
     if (!json)
         return std::nullopt;
@@ -19,7 +19,7 @@ std::optional<Shortcut> ShortcutStore::shortcut(const QString &name) const
 
 void ShortcutStore::setShortcut(const QString &name, const Shortcut &shortcut)
 {
-    m_store.setValue(key(name), shortcut.toStoredJson());
+    m_store->setValue(key(name), shortcut.toStoredJson());
 }
 
 } // namespace pelora

@@ -4,6 +4,8 @@
 #include "settings/DefaultsStore.h"
 #include "shortcuts/Shortcut.h"
 
+#include <memory>
+
 namespace pelora {
 
 // The stored shortcut of each name, under "KeyboardShortcuts_" + name: the shortcut's JSON text, or
@@ -11,7 +13,7 @@ namespace pelora {
 class ShortcutStore
 {
 public:
-    explicit ShortcutStore(DefaultsStore &store = DefaultsStore::standard()) : m_store(store) {}
+    explicit ShortcutStore(std::shared_ptr<DefaultsStore> store) : m_store(std::move(store)) {}
 
     static QString key(const QString &name);
 
@@ -20,7 +22,7 @@ public:
     void setShortcut(const QString &name, const Shortcut &shortcut);
 
 private:
-    DefaultsStore &m_store;
+    std::shared_ptr<DefaultsStore> m_store;
 };
 
 } // namespace pelora

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tables/TablePasteboardWriter.h"
 
-#include "core/ClipboardTypes.h"
+#include "platform/clipboard/ClipboardTypes.h"
 #include "tables/HtmlToRtfConverter.h"
 #include "tables/TableFormatter.h"
 

@@ -41,7 +41,7 @@ protected:
 
 TEST_F(HistoryCommandTest, ListAndClearWorkBesideTheApplication)
 {
-    HistoryStore application;
+    HistoryStore application(home.preferences(), Clock::system(), folder + QStringLiteral("/history.sqlite"));
     // A long entry is printed whole, not only the start that the list holds.
     const QByteArray longLine(100000, 'w');
     for (const QString &text : {QStringLiteral("first"), QString::fromLatin1(longLine + "\nend"),

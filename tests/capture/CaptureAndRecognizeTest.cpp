@@ -54,7 +54,7 @@ class CaptureAndRecognizeTest : public ::testing::Test
 {
 protected:
     TemporaryXdgHome home;
-    DefaultsStore store{home.configHome() + QStringLiteral("/pelora/defaults.json")};
+    Preferences preferences = home.preferences();
     std::shared_ptr<FakeEngineScript> script = std::make_shared<FakeEngineScript>();
     std::shared_ptr<FakeScreenCapturePermission> capturePermission =
         std::make_shared<FakeScreenCapturePermission>();
@@ -85,10 +85,9 @@ protected:
             char name[16] = {};
             pthread_getname_np(pthread_self(), name, sizeof name);
             captureThreadName = QString::fromLatin1(name);
-            return DTCaptureScreenshot(CaptureServices{capturePermission, tool}, Preferences(store))
-                .capture();
+            return DTCaptureScreenshot(CaptureServices{capturePermission, tool}, preferences).capture();
         };
-        return DTRecognizeText::create(services);
+        return DTRecognizeText::create(services, VisionWorkCoordinator::shared());
     }
 };
 

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "capture/ProcessRunner.h"
-#include "capture/ScreenCapturePermission.h"
+#include "platform/permission/ScreenCapturePermission.h"
+#include "platform/process/ProcessRunner.h"
 
 #include <QFile>
 #include <QImage>

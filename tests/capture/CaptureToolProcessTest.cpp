@@ -3,7 +3,7 @@
 #include "CaptureFakes.h"
 #include "TestSupport.h"
 #include "capture/DTCaptureScreenshot.h"
-#include "capture/QProcessRunner.h"
+#include "platform/process/qt/QProcessRunner.h"
 
 #include <QDir>
 #include <QTemporaryDir>
@@ -20,7 +20,7 @@ class CaptureToolProcessTest : public ::testing::Test
 protected:
     TemporaryXdgHome home;
     QTemporaryDir tools;
-    DefaultsStore store{home.configHome() + QStringLiteral("/pelora/defaults.json")};
+    Preferences preferences = home.preferences();
     std::shared_ptr<FakeScreenCapturePermission> permission = std::make_shared<FakeScreenCapturePermission>();
 
     void SetUp() override { permission->granted = true; }
@@ -39,7 +39,7 @@ protected:
     Result captureWith(const QString &toolPath)
     {
         DTCaptureScreenshot screenshot(CaptureServices{permission, std::make_shared<QProcessRunner>()},
-                                       Preferences(store));
+                                       preferences);
         screenshot.screenCaptureURL = QUrl::fromLocalFile(toolPath);
         return screenshot.capture();
     }

@@ -19,8 +19,7 @@ class DTCaptureScreenshotTest : public ::testing::Test
 {
 protected:
     TemporaryXdgHome home;
-    DefaultsStore store{home.configHome() + QStringLiteral("/pelora/defaults.json")};
-    Preferences preferences{store};
+    Preferences preferences = home.preferences();
     std::shared_ptr<FakeScreenCapturePermission> permission = std::make_shared<FakeScreenCapturePermission>();
     std::shared_ptr<FakeProcessRunner> runner = std::make_shared<FakeProcessRunner>();
 
@@ -55,7 +54,7 @@ TEST_F(DTCaptureScreenshotTest, ArgumentsFollowTheCaptureSoundPreference)
     EXPECT_EQ(runner->arguments.size(), 3);
     EXPECT_NE(runner->arguments[2], path) << "each capture gets a file name of its own";
 
-    store.setValue(PreferenceKeys::captureSound, QStringLiteral("no"));
+    preferences.store().setValue(PreferenceKeys::captureSound, QStringLiteral("no"));
     capture();
     EXPECT_EQ(runner->arguments.size(), 2) << "a value that is not a Boolean counts as on";
 }

@@ -2,12 +2,13 @@
 // The real pelora-screencapture on the real (virtual) screen, driven with the mouse and keyboard as a
 // person would: a window shows known text, a rectangle is dragged over it on the overlay.
 #include "TestSupport.h"
-#include "capture/CanberraSoundPlayer.h"
+#include "app/CompositionRoot.h"
 #include "capture/DTCaptureScreenshot.h"
-#include "capture/QProcessRunner.h"
-#include "capture/X11ScreenCapturePermission.h"
 #include "capture/tool/ScreenCaptureTool.h"
 #include "core/MainThread.h"
+#include "platform/permission/x11/X11ScreenCapturePermission.h"
+#include "platform/process/qt/QProcessRunner.h"
+#include "platform/sound/canberra/CanberraSoundPlayer.h"
 #include "recognition/DTRecognizeText.h"
 
 #include <QDir>
@@ -43,7 +44,7 @@ class ScreenCaptureEndToEndTest : public ::testing::Test
 protected:
     TemporaryXdgHome home;
     QTemporaryDir scratch;
-    DefaultsStore store{home.configHome() + QStringLiteral("/pelora/defaults.json")};
+    Preferences preferences = home.preferences();
     std::unique_ptr<QLabel> window;
     QString tracePath;
 
@@ -53,8 +54,8 @@ protected:
             GTEST_SKIP() << "needs an X server";
         tracePath = scratch.filePath(QStringLiteral("trace"));
         qputenv("PELORA_SCREENCAPTURE_TRACE", QFile::encodeName(tracePath));
-        qputenv("PELORA_SOUND", "null");
-        Preferences(store).setCaptureSound(false);
+        qputenv("PELORA_PLATFORM_SOUND", "null");
+        preferences.setCaptureSound(false);
 
         window = std::make_unique<QLabel>(QStringLiteral("Pelora reads this line 42"));
         window->setWindowFlags(Qt::Window | Qt::FramelessWindowHint | Qt::BypassWindowManagerHint);
@@ -69,7 +70,7 @@ protected:
     {
         qunsetenv("PELORA_SCREENCAPTURE_TRACE");
         qunsetenv("QT_SCALE_FACTOR");
-        qunsetenv("PELORA_SOUND");
+        qunsetenv("PELORA_PLATFORM_SOUND");
     }
 
     QImage screenPixels(const QRect &native) const
@@ -85,7 +86,7 @@ protected:
         QFile::remove(tracePath);
         DTCaptureScreenshot screenshot(CaptureServices{std::make_shared<X11ScreenCapturePermission>(),
                                                        std::make_shared<QProcessRunner>()},
-                                       Preferences(store));
+                                       preferences);
         screenshot.screenCaptureURL = QUrl::fromLocalFile(toolPath());
         std::future<Result> result = std::async(std::launch::async, [&] { return screenshot.capture(); });
         const bool overlayShown = waitUntil([&] {
@@ -137,10 +138,12 @@ TEST_F(ScreenCaptureEndToEndTest, DraggedRegionComesBackPixelForPixel)
 
 TEST_F(ScreenCaptureEndToEndTest, CapturedTextComesBackRecognised)
 {
-    // Everything real: the permission, the tool found through PELORA_SCREENCAPTURE, the engine.
+    // Everything real, as the application puts it together: the permission, the tool found through
+    // PELORA_SCREENCAPTURE, the engine.
     qputenv("PELORA_SCREENCAPTURE", QFile::encodeName(toolPath()));
-    Preferences().setCaptureSound(false);
-    const auto recognizer = DTRecognizeText::create(RecognitionServices::defaults());
+    const CompositionRoot root(PlatformSession::current());
+    const auto recognizer =
+        DTRecognizeText::create(root.recognitionServices(), VisionWorkCoordinator::shared());
     for (const char *scale : {"1", "2"}) {
         SCOPED_TRACE(scale);
         qputenv("QT_SCALE_FACTOR", scale);

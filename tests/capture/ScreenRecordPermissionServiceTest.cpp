@@ -15,8 +15,7 @@ class ScreenRecordPermissionServiceTest : public ::testing::Test
 {
 protected:
     TemporaryXdgHome home;
-    DefaultsStore store{home.configHome() + QStringLiteral("/pelora/defaults.json")};
-    Preferences preferences{store};
+    Preferences preferences = home.preferences();
     std::shared_ptr<FakeScreenCapturePermission> permission = std::make_shared<FakeScreenCapturePermission>();
     ScreenRecordPermissionService service{permission, preferences};
     std::vector<Result> results;

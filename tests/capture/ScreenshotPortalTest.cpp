@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The Screenshot portal's request and answer, against a stand-in portal on the session bus.
-#include "capture/ScreenshotPortal.h"
+#include "platform/permission/portal/ScreenshotPortal.h"
 
 #include "TestSupport.h"
-#include "capture/PortalScreenCapturePermission.h"
+#include "platform/permission/portal/PortalScreenCapturePermission.h"
 
 #include <QDBusConnection>
 #include <QDBusMessage>

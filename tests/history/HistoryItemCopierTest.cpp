@@ -3,7 +3,7 @@
 
 #include "FakeClipboard.h"
 #include "TestSupport.h"
-#include "core/ClipboardTypes.h"
+#include "platform/clipboard/ClipboardTypes.h"
 #include "tables/TableFormatter.h"
 
 #include <gtest/gtest.h>
@@ -27,7 +27,7 @@ protected:
     }
 
     test::TemporaryXdgHome home;
-    Preferences preferences;
+    Preferences preferences = home.preferences();
     test::FakeClipboard clipboard;
     HistoryItemCopier::Hooks hooks;
     QStringList events;

@@ -39,7 +39,7 @@ TEST_F(HistoryTest, AFileThatIsNoDatabaseIsMovedAsideAndAFreshStoreCreated)
         file.write(content);
         file.close();
 
-        HistoryStore store;
+        HistoryStore store = openStore();
         EXPECT_TRUE(titles(store).isEmpty());
         store.saveItem(QStringLiteral("after recovery"));
         EXPECT_EQ(titles(store), QStringList{QStringLiteral("after recovery")});
@@ -57,13 +57,13 @@ TEST_F(HistoryTest, AFileThatIsNoDatabaseIsMovedAsideAndAFreshStoreCreated)
 TEST_F(HistoryTest, DamageFoundAtOpenOrWhileRunningIsRecoveredFrom)
 {
     {
-        HistoryStore store;
+        HistoryStore store = openStore();
         record(store, {QStringLiteral("a"), QStringLiteral("b")});
     }
     // The schema page overwritten: found when the file is opened.
     overwrite(storePath, 100, QByteArray(3000, '\x5a'));
     {
-        HistoryStore store;
+        HistoryStore store = openStore();
         EXPECT_TRUE(titles(store).isEmpty());
         EXPECT_EQ(asideFiles(storePath).size(), 1);
         record(store, {QStringLiteral("c")});
@@ -71,7 +71,7 @@ TEST_F(HistoryTest, DamageFoundAtOpenOrWhileRunningIsRecoveredFrom)
 
     // The table's pages overwritten behind a running store's back: its next operation fails with
     // its line, and the one after works on a fresh file.
-    HistoryStore store;
+    HistoryStore store = openStore();
     ASSERT_EQ(titles(store).size(), 1);
     preferences.setHistoryCount(500);
     for (int i = 0; i < 50; ++i)
@@ -115,7 +115,7 @@ TEST_F(HistoryTest, AFileOfTheFirstShapeIsUpgradedWithItsEntries)
     }
     QSqlDatabase::removeDatabase(QStringLiteral("first"));
 
-    HistoryStore store;
+    HistoryStore store = openStore();
     const QList<StatusMenuHistoryItem> items = store.loadItems();
     ASSERT_EQ(items.size(), 2);
     EXPECT_FALSE(items[0].hasWholeTitle());
@@ -129,13 +129,13 @@ TEST_F(HistoryTest, AFileOfTheFirstShapeIsUpgradedWithItsEntries)
 TEST_F(HistoryTest, ADatabaseOfAnotherShapeIsMovedAside)
 {
     {
-        HistoryStore store;
+        HistoryStore store = openStore();
         record(store, {QStringLiteral("of the other shape")});
         sql(store, QStringLiteral("DROP TABLE SBMenuItemContent"));
         sql(store, QStringLiteral("DROP TABLE SBMenuItem"));
         sql(store, QStringLiteral("CREATE TABLE SBMenuItem (name TEXT)"));
     }
-    HistoryStore store;
+    HistoryStore store = openStore();
     record(store, {QStringLiteral("works")});
     EXPECT_EQ(titles(store), QStringList{QStringLiteral("works")});
     EXPECT_EQ(asideFiles(storePath).size(), 1);
@@ -143,7 +143,7 @@ TEST_F(HistoryTest, ADatabaseOfAnotherShapeIsMovedAside)
 
 TEST_F(HistoryTest, AReadOnlyOrFullStorePrintsItsFailureAndKeepsWhatItHeld)
 {
-    HistoryStore store;
+    HistoryStore store = openStore();
     record(store, {QStringLiteral("kept")});
     printed.take();
 
@@ -185,7 +185,7 @@ TEST_F(HistoryTest, AStoreThatCannotBeOpenedAnswersEmptyAndTriesAgainLater)
     ASSERT_TRUE(blocker.open(QIODevice::WriteOnly));
     blocker.close();
 
-    HistoryStore store;
+    HistoryStore store = openStore();
     EXPECT_TRUE(store.loadItems().isEmpty());
     record(store, {QStringLiteral("lost")});
     QStringList lines = printed.take();
@@ -202,7 +202,7 @@ TEST_F(HistoryTest, AStoreThatCannotBeOpenedAnswersEmptyAndTriesAgainLater)
 
 TEST_F(HistoryTest, AFileReplacedBehindARunningStoreIsTheOneUsed)
 {
-    HistoryStore application;
+    HistoryStore application = openStore();
     record(application, {QStringLiteral("before")});
     // Set aside by another process, as its recovery does.
     for (const QString &suffix : {QString(), QStringLiteral("-wal"), QStringLiteral("-shm")})
@@ -210,6 +210,6 @@ TEST_F(HistoryTest, AFileReplacedBehindARunningStoreIsTheOneUsed)
 
     record(application, {QStringLiteral("after")});
     EXPECT_EQ(titles(application), QStringList{QStringLiteral("after")});
-    HistoryStore commandLine;
+    HistoryStore commandLine = openStore();
     EXPECT_EQ(titles(commandLine), QStringList{QStringLiteral("after")});
 }

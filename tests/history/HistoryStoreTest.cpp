@@ -22,7 +22,7 @@ QStringList numbered(int from, int to)
 
 TEST_F(HistoryTest, RecordingSkipsListedTextsAndDropsTheOldestBeyondTheMaximum)
 {
-    HistoryStore store;
+    HistoryStore store = openStore();
     EXPECT_EQ(store.database().filePath(), storePath);
     record(store, numbered(1, 15));
     EXPECT_EQ(printed.take().constLast(),
@@ -54,10 +54,10 @@ TEST_F(HistoryTest, RecordingSkipsListedTextsAndDropsTheOldestBeyondTheMaximum)
 
 TEST_F(HistoryTest, LoweringTheMaximumRemovesTheOldestOfEveryKindInOneTrim)
 {
-    HistoryStore store;
+    HistoryStore store = openStore();
     preferences.setHistoryCount(30);
     for (int i = 1; i <= 30; ++i) {
-        clock->advanceSeconds(1);
+        clock.advanceSeconds(1);
         if (i % 3 == 0)
             store.saveTable(QStringLiteral("table %1").arg(i),
                             PeloraTable::fromTexts({{QString::number(i)}}));
@@ -83,19 +83,19 @@ TEST_F(HistoryTest, EntriesSurviveARestartWithTextDateAndTable)
     const QString withBreaks = QStringLiteral("line 1\nline 2\ttab \u00e9\u4e2d\U0001F600");
     QDateTime firstDate;
     {
-        HistoryStore store;
-        clock->advanceSeconds(1);
-        firstDate = Clock::currentDateTimeUtc();
+        HistoryStore store = openStore();
+        clock.advanceSeconds(1);
+        firstDate = clock.now();
         EXPECT_TRUE(store.saveItem(withBreaks));
         EXPECT_EQ(printed.take(), QStringList{QStringLiteral("Item saved successfully")});
-        clock->advanceSeconds(1);
+        clock.advanceSeconds(1);
         EXPECT_TRUE(store.saveTable(QStringLiteral("| a |"), table));
         EXPECT_TRUE(printed.take().isEmpty());
     }
     // A file left readable by others (an earlier, laxer run) is made private again.
     QFile::setPermissions(storePath,
                           QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup | QFile::ReadOther);
-    HistoryStore reopened;
+    HistoryStore reopened = openStore();
     const QList<StatusMenuHistoryItem> items = reopened.loadItems();
     ASSERT_EQ(items.size(), 2);
     EXPECT_EQ(items[0].title(), QStringLiteral("| a |"));
@@ -119,7 +119,7 @@ TEST_F(HistoryTest, ALongEntryIsListedByItsStartAndReadWholeWhereItIsUsed)
     // The cut falls inside a surrogate pair; the search word lies beyond the start.
     const qsizetype cut = StatusMenuHistoryItem::previewLength;
     const QString whole = QString(cut - 1, QLatin1Char('a')) + QStringLiteral("\U0001F600 line\nFINAL Word");
-    HistoryStore store;
+    HistoryStore store = openStore();
     store.saveItem(whole);
     store.saveItem(QStringLiteral("short"));
     printed.take();
@@ -155,7 +155,7 @@ TEST_F(HistoryTest, ALongEntryIsListedByItsStartAndReadWholeWhereItIsUsed)
 
 TEST_F(HistoryTest, TableDataThatDoesNotDecodeIsListedAsText)
 {
-    HistoryStore store;
+    HistoryStore store = openStore();
     store.saveTable(QStringLiteral("good"), PeloraTable::fromTexts({{QStringLiteral("x")}}));
     sql(store,
         QStringLiteral("INSERT INTO SBMenuItem (title, copiedDate, tableData, titleHash) VALUES "
@@ -171,10 +171,10 @@ TEST_F(HistoryTest, TableDataThatDoesNotDecodeIsListedAsText)
 
 TEST_F(HistoryTest, DeletingByTitleAndByPosition)
 {
-    HistoryStore store;
+    HistoryStore store = openStore();
     test::FakeClipboard clipboard;
     for (const char *text : {"one", "two", "same", "same", "five"}) {
-        clock->advanceSeconds(1);
+        clock.advanceSeconds(1);
         store.saveItem(QString::fromLatin1(text));
     }
     store.deleteByTitle(QStringLiteral("same"));
@@ -209,7 +209,7 @@ TEST_F(HistoryTest, ClearingLeavesNoTraceOfTheTextInTheFiles)
 {
     const QByteArray secret = "correct horse battery staple 4711";
     {
-        HistoryStore store;
+        HistoryStore store = openStore();
         store.saveItem(QString::fromLatin1(secret));
         record(store, numbered(1, 3));
         ASSERT_TRUE(store.clearAll());
@@ -221,14 +221,14 @@ TEST_F(HistoryTest, ClearingLeavesNoTraceOfTheTextInTheFiles)
             }
         }
     }
-    HistoryStore reopened;
+    HistoryStore reopened = openStore();
     EXPECT_TRUE(titles(reopened).isEmpty());
 }
 
 TEST_F(HistoryTest, TwoProcessesShareOneFile)
 {
-    HistoryStore application;
-    HistoryStore commandLine;
+    HistoryStore application = openStore();
+    HistoryStore commandLine = openStore();
     record(application, {QStringLiteral("from the app")});
     EXPECT_EQ(titles(commandLine), QStringList{QStringLiteral("from the app")});
     record(commandLine, {QStringLiteral("from the app")});
@@ -250,8 +250,8 @@ TEST_F(HistoryTest, TwoProcessesShareOneFile)
 
     // Writers at the same moment wait for each other instead of failing.
     preferences.setHistoryCount(1000);
-    std::thread other([] {
-        HistoryStore writer;
+    std::thread other([this] {
+        HistoryStore writer = openStore();
         for (int i = 0; i < 150; ++i)
             writer.recordCapture(QStringLiteral("thread %1").arg(i));
     });

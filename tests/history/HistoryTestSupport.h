@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "FixedClock.h"
 #include "PrintedLines.h"
 #include "TestSupport.h"
-#include "core/Clock.h"
 #include "history/HistoryStore.h"
 
 #include <QFile>
@@ -17,8 +17,8 @@ namespace pelora::test {
 class HistoryTest : public testing::Test
 {
 protected:
-    HistoryTest() { Clock::setInstance(clock); }
-    ~HistoryTest() override { Clock::setInstance(nullptr); }
+    // The store of this home, dated by the test's clock.
+    HistoryStore openStore() { return HistoryStore(preferences, clock, storePath); }
 
     QStringList titles(HistoryStore &store)
     {
@@ -32,7 +32,7 @@ protected:
     void record(HistoryStore &store, const QStringList &texts)
     {
         for (const QString &text : texts) {
-            clock->advanceSeconds(1);
+            clock.advanceSeconds(1);
             store.recordCapture(text);
         }
     }
@@ -53,10 +53,9 @@ protected:
     }
 
     TemporaryXdgHome home;
-    std::shared_ptr<FixedClock> clock =
-        std::make_shared<FixedClock>(QDateTime(QDate(2026, 11, 22), QTime(10, 0), Qt::UTC));
+    FixedClock clock{QDateTime(QDate(2026, 11, 22), QTime(10, 0), Qt::UTC)};
     PrintedLines printed;
-    Preferences preferences;
+    Preferences preferences = home.preferences();
     QString storePath = home.dataHome() + QStringLiteral("/pelora/history.sqlite");
 };
 

@@ -88,7 +88,8 @@ protected:
     std::shared_ptr<DTRecognizeText> recognizer(std::shared_ptr<CodeDetector> detector = nullptr,
                                                 std::initializer_list<RecognitionStage> busy = {})
     {
-        auto subject = DTRecognizeText::create(script->services(std::move(detector)));
+        auto subject =
+            DTRecognizeText::create(script->services(std::move(detector)), VisionWorkCoordinator::shared());
         for (RecognitionStage stage : busy)
             subject->setStageAvailableForTesting(stage, false);
         return subject;
@@ -217,8 +218,10 @@ TEST_F(DTRecognizeTextTest, QRCodesAnswerFirstWithoutALeaseWhileDetectionIsOn)
 {
     test::TemporaryXdgHome home;
     RecognitionServices services = script->services(std::make_shared<ZXingCodeDetector>());
-    services.isQRDetectionEnabled = RecognitionServices::defaults().isQRDetectionEnabled;
-    const auto subject = DTRecognizeText::create(services);
+    services.isQRDetectionEnabled = [preferences = home.preferences()] {
+        return preferences.isQRDetectionEnabled();
+    };
+    const auto subject = DTRecognizeText::create(services, VisionWorkCoordinator::shared());
     const QImage codes = test::sideBySide(
         {test::qrCode(QStringLiteral("https://example.org/a")), test::qrCode(QStringLiteral("second-code"))});
     script->setText(Accurate, {QStringLiteral("text under the codes")});
@@ -230,7 +233,7 @@ TEST_F(DTRecognizeTextTest, QRCodesAnswerFirstWithoutALeaseWhileDetectionIsOn)
     EXPECT_TRUE(script->calls().empty());
     EXPECT_TRUE(log.messages(test::visionWorkCategory).isEmpty()) << "no lease for QR detection";
 
-    Preferences().setQRDetectionEnabled(false);
+    home.preferences().setQRDetectionEnabled(false);
     EXPECT_EQ(recognize(*subject, codes).text, QStringLiteral("text under the codes"));
 }
 

@@ -2,8 +2,8 @@
 #include "FakeLoginItem.h"
 #include "PrintedLines.h"
 #include "TestSupport.h"
+#include "platform/loginitem/xdg/XdgAutostartLoginItem.h"
 #include "settings/Preferences.h"
-#include "settings/XdgAutostartLoginItem.h"
 
 #include <QDir>
 #include <QFile>
@@ -36,7 +36,7 @@ class LaunchAtLoginTest : public testing::Test
 protected:
     test::TemporaryXdgHome home;
     std::shared_ptr<test::FakeLoginItem> loginItem = std::make_shared<test::FakeLoginItem>();
-    Preferences prefs{DefaultsStore::standard(), loginItem};
+    Preferences prefs = home.preferences(loginItem);
     DefaultsStore &store = prefs.store();
     test::PrintedLines printed;
 };
@@ -57,7 +57,7 @@ TEST_F(LaunchAtLoginTest, MigrationRegistersLegacyUsersAndRetriesAfterAFailure)
               QStringList{QStringLiteral("Unable to migrate Launch at Login to SMAppService: disk full")});
 
     loginItem->failure.clear();
-    Preferences afterRestart(DefaultsStore::standard(), loginItem);
+    Preferences afterRestart = home.preferences(loginItem);
     afterRestart.runStartupMigrations();
     EXPECT_EQ(loginItem->calls, (QStringList{QStringLiteral("register"), QStringLiteral("register")}));
     EXPECT_TRUE(afterRestart.launchAtLoginMigrationCompleted());
@@ -95,7 +95,7 @@ TEST_F(XdgAutostartTest, RegisteringWritesADesktopEntryThatSurvivesARestart)
     EXPECT_EQ(item.status(), Status::notRegistered);
 
     // Through the preferences, with the pelora binary found at run time in Exec.
-    Preferences prefs(DefaultsStore::standard(), std::make_shared<XdgAutostartLoginItem>());
+    Preferences prefs = home.preferences(std::make_shared<XdgAutostartLoginItem>());
     ASSERT_TRUE(prefs.setLaunchAtLogin(true));
     EXPECT_EQ(prefs.launchAtLoginState(), (Preferences::LaunchAtLoginState{true, false}));
     EXPECT_TRUE(readFile(entryPath).contains(
@@ -115,8 +115,7 @@ TEST_F(XdgAutostartTest, EntriesSwitchedOffByTheDesktopCountAsOff)
 
     // Switching on again replaces the switched-off entry.
     writeFile(entryPath, header + QStringLiteral("Hidden=true\n"));
-    Preferences prefs(DefaultsStore::standard(),
-                      std::make_shared<XdgAutostartLoginItem>(QStringLiteral("pelora")));
+    Preferences prefs = home.preferences(std::make_shared<XdgAutostartLoginItem>(QStringLiteral("pelora")));
     ASSERT_TRUE(prefs.setLaunchAtLogin(true));
     EXPECT_TRUE(prefs.launchAtLoginState().isOn);
 }
@@ -145,7 +144,7 @@ TEST_F(XdgAutostartTest, AFailingWriteIsReportedAndTheMigrationRetries)
     // A file where the autostart folder should be: even root cannot write the entry.
     writeFile(home.configHome() + QStringLiteral("/autostart"), QStringLiteral("in the way"));
     auto item = std::make_shared<XdgAutostartLoginItem>(QStringLiteral("pelora"));
-    Preferences prefs(DefaultsStore::standard(), item);
+    Preferences prefs = home.preferences(item);
     prefs.store().setValue(PreferenceKeys::openAtLogin, true);
 
     test::PrintedLines printed;

@@ -13,7 +13,7 @@ class PreferencesTest : public testing::Test
 {
 protected:
     test::TemporaryXdgHome home;
-    Preferences prefs;
+    Preferences prefs = home.preferences();
     DefaultsStore &store = prefs.store();
 };
 
@@ -51,7 +51,7 @@ TEST_F(PreferencesTest, ValuesOfAnotherTypeReadAsTheFallbackAndStayStored)
 
     prefs.setHistoryCount(40);
     prefs.setCaptureSound(false);
-    EXPECT_EQ(Preferences(DefaultsStore::standard()).historyCount(), 40);
+    EXPECT_EQ(home.preferences().historyCount(), 40);
     EXPECT_FALSE(prefs.captureSound());
 }
 

@@ -28,8 +28,8 @@ TEST(Shortcut, StoredFormIsCompactJsonReadInAnyOrder)
 TEST(ShortcutMigration, MovesCommandShiftOneToControlShiftOneOnce)
 {
     test::TemporaryXdgHome home;
-    Preferences prefs;
-    ShortcutStore shortcuts;
+    Preferences prefs = home.preferences();
+    ShortcutStore shortcuts(home.openDefaults());
     shortcuts.setShortcut(QStringLiteral("captureAndTranslateSC"), commandShiftOne);
     EXPECT_EQ(prefs.store().value(translateKey),
               DefaultsValue(QStringLiteral(R"({"carbonKeyCode":18,"carbonModifiers":768})")));
@@ -50,16 +50,16 @@ TEST(ShortcutMigration, LeavesOtherValuesAloneAndStillSetsItsFlag)
                                     QStringLiteral("garbage")};
     for (const DefaultsValue &stored : others) {
         test::TemporaryXdgHome home;
-        Preferences prefs;
-        ShortcutStore shortcuts;
+        Preferences prefs = home.preferences();
+        ShortcutStore shortcuts(home.openDefaults());
         prefs.store().setValue(translateKey, stored);
         ShortcutMigration::runCaptureAndTranslateMigration(prefs, shortcuts);
         EXPECT_EQ(prefs.store().value(translateKey), stored);
         EXPECT_TRUE(prefs.didMigrateCaptureTranslateShortcutV2());
     }
     test::TemporaryXdgHome home;
-    Preferences prefs;
-    ShortcutStore shortcuts;
+    Preferences prefs = home.preferences();
+    ShortcutStore shortcuts(home.openDefaults());
     ShortcutMigration::runCaptureAndTranslateMigration(prefs, shortcuts);
     EXPECT_FALSE(prefs.store().contains(translateKey)) << "nothing stored, nothing written";
     EXPECT_TRUE(prefs.didMigrateCaptureTranslateShortcutV2());

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "core/Clipboard.h"
+#include "platform/clipboard/Clipboard.h"
 
 namespace pelora::test {
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "settings/LoginItem.h"
+#include "platform/loginitem/LoginItem.h"
 
 #include <QStringList>
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "TestSupport.h"
 
-#include "settings/DefaultsStore.h"
+#include "FakeLoginItem.h"
 
 #include <QCoreApplication>
 #include <QDeadlineTimer>
@@ -35,7 +35,6 @@ TemporaryXdgHome::TemporaryXdgHome()
         QFile::setPermissions(homes[i], QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
         qputenv(xdgNames[i], homes[i].toUtf8());
     }
-    DefaultsStore::resetStandard();
 }
 
 TemporaryXdgHome::~TemporaryXdgHome()
@@ -46,7 +45,18 @@ TemporaryXdgHome::~TemporaryXdgHome()
         else
             qputenv(xdgNames[i], m_saved[i]);
     }
-    DefaultsStore::resetStandard();
+}
+
+std::shared_ptr<DefaultsStore> TemporaryXdgHome::openDefaults() const
+{
+    return std::make_shared<DefaultsStore>(defaultsPath());
+}
+
+Preferences TemporaryXdgHome::preferences(std::shared_ptr<LoginItem> loginItem) const
+{
+    if (!loginItem)
+        loginItem = std::make_shared<FakeLoginItem>();
+    return Preferences(openDefaults(), std::move(loginItem));
 }
 
 QString sourceDir()

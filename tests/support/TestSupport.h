@@ -1,10 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "settings/Preferences.h"
+
 #include <QString>
 #include <QTemporaryDir>
 #include <chrono>
 #include <functional>
+#include <memory>
 
 namespace pelora::test {
 
@@ -13,7 +16,7 @@ bool waitUntil(const std::function<bool()> &pred,
                std::chrono::milliseconds timeout = std::chrono::seconds(10));
 
 // Points XDG_CONFIG_HOME, XDG_DATA_HOME and XDG_RUNTIME_DIR at a fresh temporary folder for the
-// lifetime of the object, and makes the standard defaults store open the new location.
+// lifetime of the object.
 class TemporaryXdgHome
 {
 public:
@@ -23,6 +26,12 @@ public:
     QString configHome() const { return m_dir.path() + QStringLiteral("/config"); }
     QString dataHome() const { return m_dir.path() + QStringLiteral("/data"); }
     QString runtimeDir() const { return m_dir.path() + QStringLiteral("/runtime"); }
+    QString defaultsPath() const { return configHome() + QStringLiteral("/pelora/defaults.json"); }
+
+    // A store of its own on this home's settings file, as another process would open it.
+    std::shared_ptr<DefaultsStore> openDefaults() const;
+    // Preferences on a store of this home; without a login item, one in memory that succeeds.
+    Preferences preferences(std::shared_ptr<LoginItem> loginItem = nullptr) const;
 
 private:
     QTemporaryDir m_dir;

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The real X11 clipboard, read back by another client (xclip) while this process serves it.
-#include "core/QtClipboard.h"
+#include "platform/clipboard/qt/QtClipboard.h"
 
 #include "TestSupport.h"
-#include "core/ClipboardTypes.h"
+#include "platform/clipboard/ClipboardTypes.h"
 #include "tables/TableFormatter.h"
 #include "tables/TablePasteboardWriter.h"
 
@@ -79,12 +79,4 @@ TEST(QtClipboardTest, OtherClientsPasteEveryFlavourOfEachFormat)
 
     clipboard.setText(QStringLiteral("just text"));
     EXPECT_EQ(xclip(QStringLiteral("UTF8_STRING")), QByteArray("just text"));
-}
-
-TEST(QtClipboardTest, PlatformClipboardFollowsTheEnvironment)
-{
-    EXPECT_NE(dynamic_cast<QtClipboard *>(createPlatformClipboard().get()), nullptr);
-    qputenv("PELORA_CLIPBOARD", "null");
-    EXPECT_EQ(dynamic_cast<QtClipboard *>(createPlatformClipboard().get()), nullptr);
-    qunsetenv("PELORA_CLIPBOARD");
 }

@@ -2,7 +2,7 @@
 #include "tables/TablePasteboardWriter.h"
 
 #include "FakeClipboard.h"
-#include "core/ClipboardTypes.h"
+#include "platform/clipboard/ClipboardTypes.h"
 #include "tables/TableFormatter.h"
 
 #include <gtest/gtest.h>

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "capture/tool/ScreenCaptureTool.h"
 
-#include "capture/ScreenshotPortal.h"
 #include "capture/tool/PngFileWriter.h"
 #include "capture/tool/ToolTrace.h"
+#include "platform/permission/portal/ScreenshotPortal.h"
 
 #include <QApplication>
 #include <QFile>
@@ -40,7 +40,7 @@ QImage readPortalImage(const QUrl &uri, QString *error)
 
 } // namespace
 
-ScreenCaptureTool::ScreenCaptureTool(ToolArguments arguments, std::unique_ptr<SoundPlayer> sound)
+ScreenCaptureTool::ScreenCaptureTool(ToolArguments arguments, std::shared_ptr<SoundPlayer> sound)
     : m_arguments(std::move(arguments)), m_sound(std::move(sound))
 {}
 

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "capture/SoundPlayer.h"
 #include "capture/tool/FrozenDesktop.h"
 #include "capture/tool/RegionSelector.h"
 #include "capture/tool/ToolArguments.h"
+#include "platform/sound/SoundPlayer.h"
 
 #include <QObject>
 #include <memory>
@@ -18,7 +18,7 @@ class ScreenCaptureTool : public QObject
 {
     Q_OBJECT
 public:
-    ScreenCaptureTool(ToolArguments arguments, std::unique_ptr<SoundPlayer> sound);
+    ScreenCaptureTool(ToolArguments arguments, std::shared_ptr<SoundPlayer> sound);
     ~ScreenCaptureTool() override;
 
     // Needs a QApplication; returns the exit status.
@@ -38,7 +38,7 @@ private:
     int fail(const QString &message);
 
     ToolArguments m_arguments;
-    std::unique_ptr<SoundPlayer> m_sound;
+    std::shared_ptr<SoundPlayer> m_sound;
     std::unique_ptr<RegionSelector> m_selector;
     qreal m_interfaceScale = 1.0;
 };

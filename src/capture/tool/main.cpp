@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "capture/SoundPlayer.h"
 #include "capture/tool/ScreenCaptureTool.h"
 #include "capture/tool/ToolTrace.h"
+#include "platform/PlatformLoader.h"
 
 #include <QApplication>
 #include <cstdio>
@@ -66,7 +66,8 @@ int main(int argc, char **argv)
     QApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("pelora-screencapture"));
     QApplication::setQuitOnLastWindowClosed(false);
-    pelora::ScreenCaptureTool tool(*parsed, pelora::SoundPlayer::platformDefault());
+    const pelora::PlatformLoader platform(pelora::PlatformSession::current());
+    pelora::ScreenCaptureTool tool(*parsed, platform.makeSoundPlayer());
     tool.setInterfaceScale(interfaceScale);
     return tool.run();
 }

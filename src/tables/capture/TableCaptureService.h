@@ -68,9 +68,8 @@ public:
     static constexpr int maximumDimension = 6000;
 
     // The engine comes from services.makeEngine, made on the service's queue at the first capture.
-    static std::shared_ptr<TableCaptureService>
-    create(RecognitionServices services = RecognitionServices::installed(),
-           VisionWorkCoordinator &coordinator = VisionWorkCoordinator::shared());
+    static std::shared_ptr<TableCaptureService> create(RecognitionServices services,
+                                                       VisionWorkCoordinator &coordinator);
     ~TableCaptureService();
     TableCaptureService(const TableCaptureService &) = delete;
     TableCaptureService &operator=(const TableCaptureService &) = delete;

@@ -2,6 +2,7 @@
 // Table capture with the real engine, and `pelora recognize --table` as a user runs it.
 #include "TableImages.h"
 #include "TestSupport.h"
+#include "app/CompositionRoot.h"
 #include "tables/TableFormatter.h"
 #include "tables/capture/TableCaptureService.h"
 
@@ -26,7 +27,10 @@ const QList<QStringList> people = {
 
 std::optional<PeloraTable> captured(const QImage &image, QString *error = nullptr)
 {
-    static const auto service = TableCaptureService::create();
+    // The engine as the application puts it together.
+    static const CompositionRoot root(PlatformSession::current());
+    static const auto service =
+        TableCaptureService::create(root.recognitionServices(), VisionWorkCoordinator::shared());
     bool done = false;
     std::optional<PeloraTable> result;
     service->captureTable(

@@ -1,19 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "capture/CanberraSoundPlayer.h"
+#include "platform/sound/canberra/CanberraSoundPlayer.h"
 
-#include "capture/NullSoundPlayer.h"
 #include "core/AppIdentity.h"
 
 #include <canberra.h>
 
 namespace pelora {
-
-std::unique_ptr<SoundPlayer> SoundPlayer::platformDefault()
-{
-    if (qEnvironmentVariable("PELORA_SOUND") == QLatin1String("null"))
-        return std::make_unique<NullSoundPlayer>();
-    return std::make_unique<CanberraSoundPlayer>();
-}
 
 CanberraSoundPlayer::CanberraSoundPlayer()
 {

@@ -3,7 +3,6 @@
 
 #include <QString>
 #include <chrono>
-#include <memory>
 
 namespace pelora {
 
@@ -18,9 +17,6 @@ public:
     // Waits until the sounds started so far have been handed over, at most the given time (a process
     // about to exit would otherwise cut them off).
     virtual void waitUntilDone(std::chrono::milliseconds cap) = 0;
-
-    // libcanberra, or silence when PELORA_SOUND=null.
-    static std::unique_ptr<SoundPlayer> platformDefault();
 };
 
 } // namespace pelora

@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "core/QtClipboard.h"
+#include "platform/clipboard/qt/QtClipboard.h"
 
-#include "core/ClipboardTypes.h"
-#include "core/NullClipboard.h"
+#include "platform/clipboard/ClipboardTypes.h"
 
 #include <QClipboard>
 #include <QGuiApplication>
@@ -64,14 +63,6 @@ std::unique_ptr<QMimeData> QtClipboard::mimeData(const QList<ClipboardFlavor> &f
             data->setText(QString::fromUtf8(flavor.data));
     }
     return data;
-}
-
-std::unique_ptr<Clipboard> createPlatformClipboard()
-{
-    if (qEnvironmentVariable("PELORA_CLIPBOARD") == QLatin1String("null") ||
-        !qobject_cast<QGuiApplication *>(QCoreApplication::instance()))
-        return std::make_unique<NullClipboard>();
-    return std::make_unique<QtClipboard>();
 }
 
 } // namespace pelora

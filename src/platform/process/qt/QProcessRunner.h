@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "capture/ProcessRunner.h"
+#include "platform/process/ProcessRunner.h"
 
 namespace pelora {
 

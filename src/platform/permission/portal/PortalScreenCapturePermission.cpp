@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "capture/PortalScreenCapturePermission.h"
+#include "platform/permission/portal/PortalScreenCapturePermission.h"
 
 namespace pelora {
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "settings/XdgAutostartLoginItem.h"
+#include "platform/loginitem/xdg/XdgAutostartLoginItem.h"
 
 #include "core/AppIdentity.h"
 

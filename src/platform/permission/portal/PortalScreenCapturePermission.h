@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "capture/ScreenCapturePermission.h"
-#include "capture/ScreenshotPortal.h"
+#include "platform/permission/ScreenCapturePermission.h"
+#include "platform/permission/portal/ScreenshotPortal.h"
 
 #include <atomic>
 

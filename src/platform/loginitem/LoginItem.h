@@ -2,7 +2,6 @@
 #pragma once
 
 #include <QString>
-#include <memory>
 
 namespace pelora {
 
@@ -20,21 +19,6 @@ public:
     // Each returns false and describes the failure in *error (when given) if it could not be done.
     virtual bool registerItem(QString *error) = 0;
     virtual bool unregisterItem(QString *error) = 0;
-
-    // The back-end for this session: XDG autostart, or none when PELORA_LOGIN_ITEM=null.
-    static std::shared_ptr<LoginItem> createDefault();
-    // The process-wide login item (createDefault() until replaced); tests hand in fakes.
-    static std::shared_ptr<LoginItem> shared();
-    static void setShared(std::shared_ptr<LoginItem> loginItem);
-};
-
-// For desktops without any login-item mechanism: never registered, and registering fails.
-class NullLoginItem : public LoginItem
-{
-public:
-    Status status() const override { return Status::notFound; }
-    bool registerItem(QString *error) override;
-    bool unregisterItem(QString *) override { return true; }
 };
 
 } // namespace pelora

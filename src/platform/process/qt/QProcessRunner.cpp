@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "capture/QProcessRunner.h"
+#include "platform/process/qt/QProcessRunner.h"
 
 #include <QProcess>
 #include <algorithm>

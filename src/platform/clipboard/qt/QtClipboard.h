@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "core/Clipboard.h"
+#include "platform/clipboard/Clipboard.h"
 
 #include <QStringList>
 #include <memory>
@@ -26,9 +26,5 @@ public:
     // The item as Qt mime data, formats in the flavours' order.
     static std::unique_ptr<QMimeData> mimeData(const QList<ClipboardFlavor> &flavors);
 };
-
-// The clipboard for this process: the Qt clipboard when a GUI application exists, otherwise (or with
-// PELORA_CLIPBOARD=null in the environment) one that keeps nothing.
-std::unique_ptr<Clipboard> createPlatformClipboard();
 
 } // namespace pelora

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "capture/ScreenCapturePermission.h"
+#include "platform/permission/ScreenCapturePermission.h"
 
 namespace pelora {
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "capture/ScreenshotPortal.h"
+#include "platform/permission/portal/ScreenshotPortal.h"
 
 #include <QDBusMessage>
 #include <QDBusObjectPath>

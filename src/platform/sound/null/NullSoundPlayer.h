@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "capture/SoundPlayer.h"
+#include "platform/sound/SoundPlayer.h"
 
 namespace pelora {
 

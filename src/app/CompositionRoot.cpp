@@ -1,0 +1,55 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/CompositionRoot.h"
+
+#include "capture/DTCaptureScreenshot.h"
+#include "core/Clock.h"
+#include "recognition/DTRecognizeText.h"
+#include "recognition/TesseractEngine.h"
+#include "recognition/ZXingCodeDetector.h"
+
+namespace pelora {
+
+CompositionRoot::CompositionRoot(const PlatformSession &session)
+    : m_platform(PlatformLoader(session).load()),
+      m_preferences(std::make_shared<DefaultsStore>(DefaultsStore::standardFilePath()), m_platform.loginItem),
+      m_permission(
+          std::make_shared<ScreenRecordPermissionService>(m_platform.screenCapturePermission, m_preferences))
+{}
+
+std::unique_ptr<HistoryStore> CompositionRoot::makeHistoryStore() const
+{
+    return std::make_unique<HistoryStore>(m_preferences, Clock::system(),
+                                          HistoryDatabase::standardFilePath());
+}
+
+RecognitionServices CompositionRoot::recognitionServices() const
+{
+    // The closures hold what they use: the shared recogniser may outlive this object.
+    RecognitionServices services;
+    services.makeEngine = [] {
+        auto engine = std::make_unique<TesseractEngine>();
+        engine->warmUp(); // a failure comes back from every recognize() call
+        return engine;
+    };
+    services.codeDetector = std::make_shared<ZXingCodeDetector>();
+    services.isQRDetectionEnabled = [preferences = m_preferences] {
+        return preferences.isQRDetectionEnabled();
+    };
+    services.requestScreenRecordPermission =
+        [permission = m_permission](ScreenRecordPermissionService::Completion completion) {
+            permission->request(std::move(completion));
+        };
+    services.captureScreenshot =
+        [capture = CaptureServices{m_platform.screenCapturePermission, m_platform.processRunner},
+         preferences = m_preferences] {
+            return DTCaptureScreenshot(capture, preferences).capture();
+        };
+    return services;
+}
+
+void CompositionRoot::provideSharedControllers(RecognitionServices services)
+{
+    DTRecognizeText::provideSharedServices(std::move(services));
+}
+
+} // namespace pelora

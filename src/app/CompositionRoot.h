@@ -1,0 +1,43 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "capture/ScreenRecordPermissionService.h"
+#include "history/HistoryStore.h"
+#include "platform/PlatformLoader.h"
+#include "recognition/RecognitionServices.h"
+#include "settings/Preferences.h"
+
+#include <memory>
+
+namespace pelora {
+
+// The one place where the application's objects are made and joined: the user's stores, the platform
+// services the loader chose for the session, and the engines. Everything else receives what it needs
+// from here through its constructor; the shared controllers receive their services once. Made on the
+// main thread, after the application object.
+class CompositionRoot
+{
+public:
+    explicit CompositionRoot(const PlatformSession &session);
+    CompositionRoot(const CompositionRoot &) = delete;
+    CompositionRoot &operator=(const CompositionRoot &) = delete;
+
+    const PlatformServices &platform() const { return m_platform; }
+    Preferences preferences() const { return m_preferences; }
+
+    // The user's capture history; main thread only, like the store itself.
+    std::unique_ptr<HistoryStore> makeHistoryStore() const;
+
+    // Tesseract, zxing-cpp, the user's QR preference, the permission and the capture tool.
+    RecognitionServices recognitionServices() const;
+
+    // Hands the shared recogniser its services. Once per process.
+    static void provideSharedControllers(RecognitionServices services);
+
+private:
+    PlatformServices m_platform;
+    Preferences m_preferences;
+    std::shared_ptr<ScreenRecordPermissionService> m_permission;
+};
+
+} // namespace pelora

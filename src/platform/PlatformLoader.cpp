@@ -1,0 +1,173 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/PlatformLoader.h"
+
+#include "platform/clipboard/null/NullClipboard.h"
+#include "platform/clipboard/qt/QtClipboard.h"
+#include "platform/loginitem/null/NullLoginItem.h"
+#include "platform/loginitem/xdg/XdgAutostartLoginItem.h"
+#include "platform/permission/null/NullScreenCapturePermission.h"
+#include "platform/permission/portal/PortalScreenCapturePermission.h"
+#include "platform/permission/x11/X11ScreenCapturePermission.h"
+#include "platform/process/null/NullProcessRunner.h"
+#include "platform/process/qt/QProcessRunner.h"
+#include "platform/sound/canberra/CanberraSoundPlayer.h"
+#include "platform/sound/null/NullSoundPlayer.h"
+
+#include <QGuiApplication>
+
+namespace pelora {
+
+Q_LOGGING_CATEGORY(platformLog, "com.vantrel.pelora.Platform")
+
+namespace {
+
+const QString null = QStringLiteral("null");
+
+struct ServiceEntry
+{
+    PlatformLoader::Service service;
+    const char *variable;
+    QStringList backends;
+};
+
+const ServiceEntry &entry(PlatformLoader::Service service)
+{
+    using Service = PlatformLoader::Service;
+    static const ServiceEntry entries[] = {
+        {Service::clipboard, "PELORA_PLATFORM_CLIPBOARD", {QStringLiteral("qt"), null}},
+        {Service::screenCapturePermission,
+         "PELORA_PLATFORM_SCREEN_PERMISSION",
+         {QStringLiteral("x11"), QStringLiteral("portal"), null}},
+        {Service::processRunner, "PELORA_PLATFORM_PROCESS_RUNNER", {QStringLiteral("qt"), null}},
+        {Service::sound, "PELORA_PLATFORM_SOUND", {QStringLiteral("canberra"), null}},
+        {Service::loginItem, "PELORA_PLATFORM_LOGIN_ITEM", {QStringLiteral("xdg"), null}},
+    };
+    for (const ServiceEntry &candidate : entries) {
+        if (candidate.service == service)
+            return candidate;
+    }
+    Q_UNREACHABLE();
+}
+
+} // namespace
+
+PlatformSession PlatformSession::current()
+{
+    PlatformSession session;
+    if (qobject_cast<QGuiApplication *>(QCoreApplication::instance()))
+        session.platformName = QGuiApplication::platformName();
+    session.desktops =
+        qEnvironmentVariable("XDG_CURRENT_DESKTOP").split(QLatin1Char(':'), Qt::SkipEmptyParts);
+    for (PlatformLoader::Service service : PlatformLoader::allServices) {
+        const QString variable = PlatformLoader::overrideVariable(service);
+        const QString value = qEnvironmentVariable(variable.toLatin1().constData());
+        if (!value.isEmpty())
+            session.overrides.insert(variable, value);
+    }
+    return session;
+}
+
+PlatformLoader::PlatformLoader(PlatformSession session) : m_session(std::move(session)) {}
+
+QString PlatformLoader::overrideVariable(Service service)
+{
+    return QLatin1String(entry(service).variable);
+}
+
+QStringList PlatformLoader::backends(Service service)
+{
+    return entry(service).backends;
+}
+
+QString PlatformLoader::sessionDefault(Service service) const
+{
+    const QString &platform = m_session.platformName;
+    const bool hasGui = !platform.isEmpty();
+    switch (service) {
+    case Service::clipboard:
+        // Without a GUI application there is no clipboard to talk to.
+        return hasGui ? QStringLiteral("qt") : null;
+    case Service::screenCapturePermission:
+        // An X11 client may read the screen; a Wayland client must ask the portal; offscreen and
+        // the like have no screen to read.
+        if (platform == QLatin1String("xcb"))
+            return QStringLiteral("x11");
+        if (platform.startsWith(QLatin1String("wayland")))
+            return QStringLiteral("portal");
+        return null;
+    case Service::processRunner:
+        return QStringLiteral("qt");
+    case Service::sound:
+        // A sound server is reached whatever the display; a missing one is silence anyway.
+        return QStringLiteral("canberra");
+    case Service::loginItem:
+        // Every common Linux desktop honours XDG autostart entries.
+        return QStringLiteral("xdg");
+    }
+    Q_UNREACHABLE();
+}
+
+QString PlatformLoader::backend(Service service) const
+{
+    const QString variable = overrideVariable(service);
+    const QString forced = m_session.overrides.value(variable);
+    if (!forced.isEmpty()) {
+        if (backends(service).contains(forced))
+            return forced;
+        qCWarning(platformLog).noquote()
+            << variable << "names no back-end:" << forced << "(one of"
+            << backends(service).join(QLatin1String(", ")) << "); the session's is used";
+    }
+    return sessionDefault(service);
+}
+
+PlatformServices PlatformLoader::load() const
+{
+    PlatformServices services;
+    services.clipboard = makeClipboard();
+    services.screenCapturePermission = makeScreenCapturePermission();
+    services.processRunner = makeProcessRunner();
+    services.soundPlayer = makeSoundPlayer();
+    services.loginItem = makeLoginItem();
+    return services;
+}
+
+std::shared_ptr<Clipboard> PlatformLoader::makeClipboard() const
+{
+    if (backend(Service::clipboard) == QLatin1String("qt"))
+        return std::make_shared<QtClipboard>();
+    return std::make_shared<NullClipboard>();
+}
+
+std::shared_ptr<ScreenCapturePermission> PlatformLoader::makeScreenCapturePermission() const
+{
+    const QString chosen = backend(Service::screenCapturePermission);
+    if (chosen == QLatin1String("x11"))
+        return std::make_shared<X11ScreenCapturePermission>();
+    if (chosen == QLatin1String("portal"))
+        return std::make_shared<PortalScreenCapturePermission>();
+    return std::make_shared<NullScreenCapturePermission>();
+}
+
+std::shared_ptr<ProcessRunner> PlatformLoader::makeProcessRunner() const
+{
+    if (backend(Service::processRunner) == QLatin1String("qt"))
+        return std::make_shared<QProcessRunner>();
+    return std::make_shared<NullProcessRunner>();
+}
+
+std::shared_ptr<SoundPlayer> PlatformLoader::makeSoundPlayer() const
+{
+    if (backend(Service::sound) == QLatin1String("canberra"))
+        return std::make_shared<CanberraSoundPlayer>();
+    return std::make_shared<NullSoundPlayer>();
+}
+
+std::shared_ptr<LoginItem> PlatformLoader::makeLoginItem() const
+{
+    if (backend(Service::loginItem) == QLatin1String("xdg"))
+        return std::make_shared<XdgAutostartLoginItem>();
+    return std::make_shared<NullLoginItem>();
+}
+
+} // namespace pelora

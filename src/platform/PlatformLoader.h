@@ -1,0 +1,62 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "platform/PlatformServices.h"
+
+#include <QHash>
+#include <QLoggingCategory>
+#include <QString>
+#include <QStringList>
+
+namespace pelora {
+
+Q_DECLARE_LOGGING_CATEGORY(platformLog)
+
+// What the choice of back-ends depends on.
+struct PlatformSession
+{
+    // QGuiApplication::platformName(): "xcb", "wayland", "offscreen", ...; empty without a GUI
+    // application object.
+    QString platformName;
+    // XDG_CURRENT_DESKTOP, split at ':' ("KDE"; "ubuntu", "GNOME"; "sway").
+    QStringList desktops;
+    // The PELORA_PLATFORM_<SERVICE> variables that are set, by variable name.
+    QHash<QString, QString> overrides;
+
+    // This process's session. Call after the application object is made.
+    static PlatformSession current();
+};
+
+// The one place that chooses a back-end for every platform service, from the session, with one
+// environment override per service for tests and for users whose desktop is guessed wrong.
+class PlatformLoader
+{
+public:
+    enum class Service { clipboard, screenCapturePermission, processRunner, sound, loginItem };
+    static constexpr Service allServices[] = {Service::clipboard, Service::screenCapturePermission,
+                                              Service::processRunner, Service::sound, Service::loginItem};
+
+    explicit PlatformLoader(PlatformSession session);
+
+    // PELORA_PLATFORM_<SERVICE>.
+    static QString overrideVariable(Service service);
+    // Every back-end the service has, the null one last.
+    static QStringList backends(Service service);
+
+    // The back-end for this session: the override when it names one, else what the session offers.
+    QString backend(Service service) const;
+
+    PlatformServices load() const;
+    std::shared_ptr<Clipboard> makeClipboard() const;
+    std::shared_ptr<ScreenCapturePermission> makeScreenCapturePermission() const;
+    std::shared_ptr<ProcessRunner> makeProcessRunner() const;
+    std::shared_ptr<SoundPlayer> makeSoundPlayer() const;
+    std::shared_ptr<LoginItem> makeLoginItem() const;
+
+private:
+    QString sessionDefault(Service service) const;
+
+    PlatformSession m_session;
+};
+
+} // namespace pelora

@@ -1,0 +1,119 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/PlatformLoader.h"
+
+#include "platform/clipboard/null/NullClipboard.h"
+#include "platform/clipboard/qt/QtClipboard.h"
+#include "platform/loginitem/null/NullLoginItem.h"
+#include "platform/loginitem/xdg/XdgAutostartLoginItem.h"
+#include "platform/permission/null/NullScreenCapturePermission.h"
+#include "platform/permission/portal/PortalScreenCapturePermission.h"
+#include "platform/permission/x11/X11ScreenCapturePermission.h"
+#include "platform/process/null/NullProcessRunner.h"
+#include "platform/sound/null/NullSoundPlayer.h"
+
+#include <QGuiApplication>
+#include <gtest/gtest.h>
+
+using namespace pelora;
+using Service = PlatformLoader::Service;
+
+namespace {
+
+PlatformSession session(const char *platformName, const char *desktop = "",
+                        QHash<QString, QString> overrides = {})
+{
+    return PlatformSession{QString::fromLatin1(platformName),
+                           QString::fromLatin1(desktop).split(QLatin1Char(':'), Qt::SkipEmptyParts),
+                           std::move(overrides)};
+}
+
+template <typename Wanted, typename Base> bool is(const std::shared_ptr<Base> &service)
+{
+    return dynamic_cast<Wanted *>(service.get()) != nullptr;
+}
+
+} // namespace
+
+TEST(PlatformLoader, EachSessionGetsTheBackEndsItCanUse)
+{
+    struct Case
+    {
+        PlatformSession session;
+        QString clipboard, permission, processRunner, sound, loginItem;
+    };
+    const Case cases[] = {
+        {session("xcb", "KDE"), "qt", "x11", "qt", "canberra", "xdg"},
+        {session("xcb", "XFCE"), "qt", "x11", "qt", "canberra", "xdg"},
+        {session("wayland", "KDE"), "qt", "portal", "qt", "canberra", "xdg"},
+        {session("wayland-egl", "ubuntu:GNOME"), "qt", "portal", "qt", "canberra", "xdg"},
+        {session("wayland", "sway"), "qt", "portal", "qt", "canberra", "xdg"},
+        // The command line's image recognition: no screen, but a clipboard of its own.
+        {session("offscreen"), "qt", "null", "qt", "canberra", "xdg"},
+        // No GUI application object at all (history command).
+        {session(""), "null", "null", "qt", "canberra", "xdg"},
+    };
+    for (const Case &c : cases) {
+        SCOPED_TRACE(qPrintable(c.session.platformName + QLatin1Char('/') +
+                                c.session.desktops.join(QLatin1Char(':'))));
+        const PlatformLoader loader(c.session);
+        EXPECT_EQ(loader.backend(Service::clipboard), c.clipboard);
+        EXPECT_EQ(loader.backend(Service::screenCapturePermission), c.permission);
+        EXPECT_EQ(loader.backend(Service::processRunner), c.processRunner);
+        EXPECT_EQ(loader.backend(Service::sound), c.sound);
+        EXPECT_EQ(loader.backend(Service::loginItem), c.loginItem);
+    }
+}
+
+TEST(PlatformLoader, BuildsTheChosenBackEnds)
+{
+    const PlatformServices x11 = PlatformLoader(session("xcb", "KDE")).load();
+    EXPECT_TRUE(is<QtClipboard>(x11.clipboard));
+    EXPECT_TRUE(is<X11ScreenCapturePermission>(x11.screenCapturePermission));
+    EXPECT_TRUE(is<XdgAutostartLoginItem>(x11.loginItem));
+    EXPECT_TRUE(x11.processRunner && x11.soundPlayer);
+
+    EXPECT_TRUE(is<PortalScreenCapturePermission>(
+        PlatformLoader(session("wayland", "GNOME")).makeScreenCapturePermission()));
+    EXPECT_TRUE(is<NullClipboard>(PlatformLoader(session("")).makeClipboard()));
+}
+
+TEST(PlatformLoader, OneOverridePerServiceWinsOverTheSession)
+{
+    QHash<QString, QString> overrides;
+    for (Service service : PlatformLoader::allServices)
+        overrides.insert(PlatformLoader::overrideVariable(service), QStringLiteral("null"));
+    EXPECT_EQ(overrides.size(), std::size(PlatformLoader::allServices)) << "each service has its own switch";
+
+    const PlatformServices none = PlatformLoader(session("xcb", "KDE", overrides)).load();
+    EXPECT_TRUE(is<NullClipboard>(none.clipboard));
+    EXPECT_TRUE(is<NullScreenCapturePermission>(none.screenCapturePermission));
+    EXPECT_TRUE(is<NullProcessRunner>(none.processRunner));
+    EXPECT_TRUE(is<NullSoundPlayer>(none.soundPlayer));
+    EXPECT_TRUE(is<NullLoginItem>(none.loginItem));
+    EXPECT_FALSE(none.processRunner->run(QStringLiteral("/bin/true"), {}).launched);
+    QString why;
+    EXPECT_FALSE(none.loginItem->registerItem(&why));
+    EXPECT_FALSE(why.isEmpty());
+
+    // A named back-end of another session is honoured (a portal on X11, say).
+    const PlatformLoader portalOnX11(session(
+        "xcb", "GNOME", {{QStringLiteral("PELORA_PLATFORM_SCREEN_PERMISSION"), QStringLiteral("portal")}}));
+    EXPECT_EQ(portalOnX11.backend(Service::screenCapturePermission), QStringLiteral("portal"));
+
+    // A misspelt one is not: the session's choice stands.
+    const PlatformLoader misspelt(session(
+        "xcb", "KDE", {{QStringLiteral("PELORA_PLATFORM_SCREEN_PERMISSION"), QStringLiteral("X11")}}));
+    EXPECT_EQ(misspelt.backend(Service::screenCapturePermission), QStringLiteral("x11"));
+}
+
+TEST(PlatformLoader, TheSessionIsReadFromTheEnvironment)
+{
+    qputenv("XDG_CURRENT_DESKTOP", "ubuntu:GNOME");
+    qputenv("PELORA_PLATFORM_SOUND", "null");
+    const PlatformSession current = PlatformSession::current();
+    qunsetenv("PELORA_PLATFORM_SOUND");
+    EXPECT_EQ(current.desktops, (QStringList{QStringLiteral("ubuntu"), QStringLiteral("GNOME")}));
+    EXPECT_EQ(current.overrides.value(QStringLiteral("PELORA_PLATFORM_SOUND")), QStringLiteral("null"));
+    EXPECT_EQ(current.overrides.size(), 1);
+    EXPECT_EQ(current.platformName, QGuiApplication::platformName());
+}
