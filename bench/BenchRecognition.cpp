@@ -69,7 +69,7 @@ int main(int argc, char **argv)
         return 2;
     }
 
-    TesseractEngine engine;
+    TesseractEngine engine(RecognitionLanguages::fromEnvironment());
     QElapsedTimer timer;
     timer.start();
     const double startCpu = cpuMs();

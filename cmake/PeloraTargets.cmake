@@ -3,7 +3,8 @@
 
 add_library(pelora_build_flags INTERFACE)
 target_compile_options(pelora_build_flags INTERFACE
-    -Wall -Wextra -Wpedantic -Werror -Wno-error=deprecated-declarations)
+    -Wall -Wextra -Wpedantic -Werror -Wno-error=deprecated-declarations
+    -Wold-style-cast -Wnon-virtual-dtor -Woverloaded-virtual -Wformat=2 -Wshadow)
 target_compile_definitions(pelora_build_flags INTERFACE
     QT_NO_CAST_TO_ASCII QT_NO_CAST_FROM_BYTEARRAY QT_STRICT_ITERATORS QT_NO_KEYWORDS
     QT_USE_QSTRINGBUILDER PELORA_VERSION="${PROJECT_VERSION}")

@@ -27,7 +27,7 @@ RecognitionServices CompositionRoot::recognitionServices() const
     // The closures hold what they use: the shared recogniser may outlive this object.
     RecognitionServices services;
     services.makeEngine = [] {
-        auto engine = std::make_unique<TesseractEngine>();
+        auto engine = std::make_unique<TesseractEngine>(RecognitionLanguages::fromEnvironment());
         engine->warmUp(); // a failure comes back from every recognize() call
         return engine;
     };

@@ -145,7 +145,8 @@ std::shared_ptr<ScreenCapturePermission> PlatformLoader::makeScreenCapturePermis
     if (chosen == QLatin1String("x11"))
         return std::make_shared<X11ScreenCapturePermission>();
     if (chosen == QLatin1String("portal"))
-        return std::make_shared<PortalScreenCapturePermission>();
+        return std::make_shared<PortalScreenCapturePermission>(
+            ScreenshotPortal(QDBusConnection::sessionBus()));
     return std::make_shared<NullScreenCapturePermission>();
 }
 

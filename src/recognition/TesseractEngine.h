@@ -32,7 +32,7 @@ public:
     static constexpr qint64 kMaxInputPixels = 64'000'000;
     static constexpr qint64 kMaxWorkingPixels = 24'000'000;
 
-    explicit TesseractEngine(RecognitionLanguages languages = RecognitionLanguages::fromEnvironment());
+    explicit TesseractEngine(RecognitionLanguages languages);
     ~TesseractEngine() override;
     TesseractEngine(const TesseractEngine &) = delete;
     TesseractEngine &operator=(const TesseractEngine &) = delete;

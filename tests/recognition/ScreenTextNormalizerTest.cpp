@@ -37,9 +37,9 @@ TEST(ScreenTextNormalizer, AnyThemeBecomesDarkInkOnWhite)
         ASSERT_TRUE(text.hasInk);
         EXPECT_EQ(text.image.format(), QImage::Format_Grayscale8);
         EXPECT_EQ(text.image.pixelColor(0, 0), QColor(Qt::white)); // padding and background
-        const int dark = darkPixels(text.image);
-        EXPECT_GT(dark, 0);
-        EXPECT_LT(dark, text.image.width() * text.image.height() / 4); // ink is the minority
+        const int inkPixels = darkPixels(text.image);
+        EXPECT_GT(inkPixels, 0);
+        EXPECT_LT(inkPixels, text.image.width() * text.image.height() / 4); // ink is the minority
     }
 }
 

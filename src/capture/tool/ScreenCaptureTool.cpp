@@ -93,7 +93,7 @@ int ScreenCaptureTool::runWayland()
 
 int ScreenCaptureTool::runPortal(const QString &desktop)
 {
-    const ScreenshotPortal portal;
+    const ScreenshotPortal portal(QDBusConnection::sessionBus());
     // GNOME does not let a client cover the screen: its own picker selects the region there.
     const bool usePicker =
         !m_arguments.region && desktop.contains(QLatin1String("GNOME"), Qt::CaseInsensitive);

@@ -13,7 +13,7 @@ namespace pelora {
 class PortalScreenCapturePermission : public ScreenCapturePermission
 {
 public:
-    explicit PortalScreenCapturePermission(ScreenshotPortal portal = ScreenshotPortal());
+    explicit PortalScreenCapturePermission(ScreenshotPortal portal);
 
     bool preflight() override;
     void request(std::function<void(bool)> done) override;

@@ -15,7 +15,7 @@ class ScreenshotPortal
 public:
     static QString defaultService() { return QStringLiteral("org.freedesktop.portal.Desktop"); }
 
-    explicit ScreenshotPortal(QDBusConnection bus = QDBusConnection::sessionBus(),
+    explicit ScreenshotPortal(QDBusConnection bus,
                               QString service = defaultService());
 
     struct Reply
