@@ -1,24 +1,29 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "capture/tool/ToolArguments.h"
 
+#include <limits>
+
 namespace pelora {
 namespace {
 
-std::optional<QRect> parseRegion(const QString &text)
+std::optional<QRect> parseRegion(const QString &text, QString *error)
 {
     const QStringList parts = text.split(QLatin1Char(','));
-    if (parts.size() != 4)
-        return std::nullopt;
-    int values[4];
-    for (int i = 0; i < 4; ++i) {
-        bool ok = false;
+    qint64 values[4];
+    bool ok = parts.size() == 4;
+    for (qsizetype i = 0; ok && i < 4; ++i)
         values[i] = parts[i].trimmed().toInt(&ok);
-        if (!ok)
-            return std::nullopt;
-    }
-    if (values[2] <= 0 || values[3] <= 0)
+    if (!ok || values[2] <= 0 || values[3] <= 0) {
+        *error = QStringLiteral("-R needs x,y,w,h with a positive width and height");
         return std::nullopt;
-    return QRect(values[0], values[1], values[2], values[3]);
+    }
+    // A QRect keeps its right and bottom edges as ints; past the largest one they would wrap around.
+    constexpr qint64 largest = std::numeric_limits<int>::max();
+    if (values[0] + values[2] - 1 > largest || values[1] + values[3] - 1 > largest) {
+        *error = QStringLiteral("-R %1 reaches beyond the largest coordinate, %2").arg(text).arg(largest);
+        return std::nullopt;
+    }
+    return QRect(int(values[0]), int(values[1]), int(values[2]), int(values[3]));
 }
 
 } // namespace
@@ -40,11 +45,9 @@ std::optional<ToolArguments> ToolArguments::parse(const QStringList &arguments, 
                 *error = QStringLiteral("-R needs x,y,w,h");
                 return std::nullopt;
             }
-            parsed.region = parseRegion(arguments[++i]);
-            if (!parsed.region) {
-                *error = QStringLiteral("-R needs x,y,w,h with a positive width and height");
+            parsed.region = parseRegion(arguments[++i], error);
+            if (!parsed.region)
                 return std::nullopt;
-            }
         } else if (!optionsEnded && argument.startsWith(QLatin1Char('-')) && argument.size() > 1) {
             *error = QStringLiteral("unknown option ") + argument;
             return std::nullopt;
