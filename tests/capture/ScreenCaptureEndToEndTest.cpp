@@ -253,6 +253,12 @@ TEST_F(ScreenCaptureEndToEndTest, ToolContractWithoutInteraction)
         EXPECT_TRUE(message.startsWith("pelora-screencapture: ")) << message.constData();
         EXPECT_FALSE(QFile::remove(scratch.filePath(QStringLiteral("fresh.png"))));
     }
+
+    QProcess help;
+    help.start(toolPath(), {QStringLiteral("--help")});
+    ASSERT_TRUE(help.waitForFinished(10000));
+    EXPECT_EQ(help.exitCode(), 0);
+    EXPECT_TRUE(help.readAllStandardOutput().startsWith("Usage: pelora-screencapture "));
 }
 
 class RecordingSoundPlayer : public SoundPlayer

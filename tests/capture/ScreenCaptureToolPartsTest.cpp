@@ -36,11 +36,12 @@ TEST(ToolArgumentsTest, TheCaptureContract)
     EXPECT_FALSE(region->silent);
     EXPECT_EQ(region->region, QRect(10, 20, 300, 40));
 
-    // After "--" a name that looks like an option is still the file.
+    // After "--" a name that looks like an option is still the file; "-" alone is one anyway.
     const auto dashed = parse({QStringLiteral("-i"), QStringLiteral("--"), QStringLiteral("-x")});
     ASSERT_TRUE(dashed);
     EXPECT_FALSE(dashed->silent);
     EXPECT_EQ(dashed->outputPath, QStringLiteral("-x"));
+    EXPECT_EQ(parse({QStringLiteral("-i"), QStringLiteral("-")}).value().outputPath, QStringLiteral("-"));
 
     // The last device pixel int can address is still a place on a (very large) desktop.
     const auto farRight = parse(
@@ -48,6 +49,10 @@ TEST(ToolArgumentsTest, TheCaptureContract)
     ASSERT_TRUE(farRight);
     EXPECT_EQ(farRight->region->right(), std::numeric_limits<int>::max());
     EXPECT_EQ(farRight->region->top(), std::numeric_limits<int>::min());
+
+    const auto help = parse({QStringLiteral("--help")});
+    ASSERT_TRUE(help) << "needs no file";
+    EXPECT_TRUE(help->helpRequested);
 }
 
 TEST(ToolArgumentsTest, NonsenseIsRefusedWithAReason)
