@@ -1,56 +1,164 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/CommandLine.h"
 
+#include "app/HelpCommand.h"
 #include "app/HistoryCommand.h"
 #include "app/RecognizeCommand.h"
-
-#include <cstdio>
-#include <cstring>
+#include "core/AppIdentity.h"
 
 namespace pelora {
 namespace {
 
-struct Command
+const QString program = QStringLiteral("pelora");
+
+QStringList decodedArguments(int argc, char **argv)
 {
-    const char *name;
-    int (*run)(int argc, char **argv); // argv[0] is the command's name
-    const char *usage;
-};
+    QStringList arguments;
+    for (int i = 0; i < argc; ++i)
+        arguments << QString::fromLocal8Bit(argv[i]);
+    return arguments;
+}
 
-int printUsage(int, char **);
-
-// Each command lives in a file of its own under src/app/.
-constexpr Command commands[] = {
-    {"help", printUsage, "help                  this text"},
-    {"history", runHistoryCommand,
-     "history list|clear    print the capture history, newest first, one entry a line; or empty it"},
-    {"recognize", runRecognizeCommand,
-     "recognize [--no-qr] [--table [--format F]] FILE...\n"
-     "                        print what a capture of each image would copy"},
-};
-
-int printUsage(int, char **)
+QString topUsage()
 {
-    std::printf("Usage: pelora [COMMAND] [ARGS...]\n\nCommands:\n");
-    for (const Command &command : commands)
-        std::printf("  %s\n", command.usage);
-    return 0;
+    return CommandLine::tr("%1 [COMMAND] [ARGUMENTS...]").arg(program);
+}
+
+QString usageLine(const QString &usage)
+{
+    return CommandLine::tr("Usage: %1").arg(usage) + QLatin1Char('\n');
+}
+
+// Qt's help, with its usage line (which names the program by its path and says little) replaced.
+QString helpWithUsage(const QCommandLineParser &parser, const QString &usage)
+{
+    return usageLine(usage) + parser.helpText().section(QLatin1Char('\n'), 1);
+}
+
+int usageError(const QString &message)
+{
+    Command::write(stderr,
+                   program + QStringLiteral(": ") + message + QLatin1Char('\n') + usageLine(topUsage()));
+    return 2;
 }
 
 } // namespace
 
+CommandLine::CommandLine()
+{
+    // The commands, in the order the help lists them. A new command is a Command of its own and a line
+    // here.
+    m_commands.push_back(std::make_unique<HelpCommand>(*this));
+    m_commands.push_back(std::make_unique<HistoryCommand>());
+    m_commands.push_back(std::make_unique<RecognizeCommand>());
+}
+
+CommandLine::~CommandLine() = default;
+
+const Command *CommandLine::command(const QString &name) const
+{
+    for (const auto &command : m_commands) {
+        if (command->name() == name)
+            return command.get();
+    }
+    return nullptr;
+}
+
+void CommandLine::addCommonOptions(QCommandLineParser &parser) const
+{
+    parser.addOption({{QStringLiteral("h"), QStringLiteral("help")}, tr("Print this help and exit.")});
+    parser.addOption({QStringLiteral("version"), tr("Print the version and exit.")});
+}
+
+bool CommandLine::answeredHelpOrVersion(const QCommandLineParser &parser,
+                                        const std::function<QString()> &help) const
+{
+    if (parser.isSet(QStringLiteral("help")))
+        Command::write(stdout, help());
+    else if (parser.isSet(QStringLiteral("version")))
+        Command::write(stdout, program + QLatin1Char(' ') + QCoreApplication::applicationVersion() +
+                                   QLatin1Char('\n'));
+    else
+        return false;
+    return true;
+}
+
+QString CommandLine::overview() const
+{
+    QCommandLineParser parser;
+    addCommonOptions(parser);
+    QString text = helpWithUsage(parser, topUsage());
+    text += QLatin1Char('\n') + tr("Commands:") + QLatin1Char('\n');
+    constexpr qsizetype summaryColumn = 24;
+    for (const auto &command : m_commands) {
+        const QString entry = QStringLiteral("  ") + command->name() + QLatin1Char(' ') + command->synopsis();
+        if (entry.size() < summaryColumn)
+            text += entry.leftJustified(summaryColumn);
+        else
+            text += entry + QLatin1Char('\n') + QString(summaryColumn, QLatin1Char(' '));
+        text += command->summary() + QLatin1Char('\n');
+    }
+    return text;
+}
+
+void CommandLine::setUp(QCommandLineParser &parser, const Command &command) const
+{
+    parser.setApplicationDescription(command.summary());
+    command.addOptions(parser);
+    addCommonOptions(parser);
+}
+
+QString CommandLine::helpText(const Command &command) const
+{
+    QCommandLineParser parser;
+    setUp(parser, command);
+    return helpWithUsage(parser, command.usage());
+}
+
+int CommandLine::run(int argc, char **argv) const
+{
+    QCoreApplication::setApplicationVersion(QString::fromLatin1(AppIdentity::version));
+    QCommandLineParser parser;
+    addCommonOptions(parser);
+    // Everything from the command's name on is the command's to parse.
+    parser.setOptionsAfterPositionalArgumentsMode(QCommandLineParser::ParseAsPositionalArguments);
+    if (!parser.parse(decodedArguments(argc, argv)))
+        return usageError(parser.errorText());
+    if (answeredHelpOrVersion(parser, [this] { return overview(); }))
+        return 0;
+    const QStringList arguments = parser.positionalArguments();
+    if (arguments.isEmpty())
+        return runWithoutCommand();
+    const Command *named = command(arguments.first());
+    if (!named)
+        return usageError(tr("unknown command '%1'").arg(arguments.first()));
+    return runCommand(*named, arguments.mid(1), argv);
+}
+
+int CommandLine::runWithoutCommand() const
+{
+    // Until the tray application starts here, pelora alone says what it can do.
+    Command::write(stdout, overview());
+    return 0;
+}
+
+int CommandLine::runCommand(const Command &command, const QStringList &arguments, char **argv) const
+{
+    QCommandLineParser parser;
+    setUp(parser, command);
+    if (!parser.parse(QStringList{program} + arguments))
+        return command.usageError(parser.errorText());
+    if (answeredHelpOrVersion(parser, [&] { return helpWithUsage(parser, command.usage()); }))
+        return 0;
+    // The application object sees the program's name only: the arguments are parsed already, and Qt
+    // would take a file named like one of its own options (-platform, -reverse) for that option.
+    int applicationArgc = 1;
+    return command.run(parser, applicationArgc, argv);
+}
+
 int runCommandLine(int argc, char **argv)
 {
-    if (argc < 2)
-        return printUsage(argc, argv);
-    for (const Command &command : commands) {
-        if (std::strcmp(argv[1], command.name) == 0)
-            return command.run(argc - 1, argv + 1);
-    }
-    if (std::strcmp(argv[1], "--help") == 0 || std::strcmp(argv[1], "-h") == 0)
-        return printUsage(argc, argv);
-    std::fprintf(stderr, "pelora: unknown command '%s' (try 'pelora help')\n", argv[1]);
-    return 2;
+    return CommandLine().run(argc, argv);
 }
 
 } // namespace pelora

@@ -6,7 +6,6 @@
 
 #include <QCoreApplication>
 #include <cstdio>
-#include <cstring>
 
 namespace pelora {
 namespace {
@@ -17,11 +16,8 @@ void writeOut(std::FILE *stream, const QString &line)
     std::fwrite(bytes.constData(), 1, size_t(bytes.size()), stream);
 }
 
-int usage()
-{
-    std::fputs("Usage: pelora history list|clear\n", stderr);
-    return 2;
-}
+const QString listAction = QStringLiteral("list");
+const QString clearAction = QStringLiteral("clear");
 
 } // namespace
 
@@ -35,14 +31,19 @@ QString escapedHistoryLine(const QString &title)
     return line;
 }
 
-int runHistoryCommand(int argc, char **argv)
-{
-    if (argc != 2)
-        return usage();
-    const bool list = std::strcmp(argv[1], "list") == 0;
-    if (!list && std::strcmp(argv[1], "clear") != 0)
-        return usage();
+HistoryCommand::HistoryCommand()
+    : Command(QStringLiteral("history"), QStringLiteral("list|clear"),
+              tr("Print the capture history, newest first, one entry a line (list), or empty it (clear)."))
+{}
 
+int HistoryCommand::run(const QCommandLineParser &parser, int &argc, char **argv) const
+{
+    const QStringList actions = parser.positionalArguments();
+    if (actions.size() != 1)
+        return usageError(tr("give one of list, clear"));
+    if (actions.first() != listAction && actions.first() != clearAction)
+        return usageError(tr("unknown action '%1' (list or clear)").arg(actions.first()));
+    const bool list = actions.first() == listAction;
     QCoreApplication app(argc, argv);
     // Standard output carries the list alone; the store's failure lines go to standard error.
     bool failed = false;

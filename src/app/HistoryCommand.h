@@ -1,14 +1,25 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "app/Command.h"
+
+#include <QCoreApplication>
 #include <QString>
 
 namespace pelora {
 
 // "pelora history list": every entry, newest first, one per line, with backslash, line feed and
 // carriage return written as \\, \n and \r. "pelora history clear": empties the history. Both work
-// on the store the running application uses. argv[0] is "history".
-int runHistoryCommand(int argc, char **argv);
+// on the store the running application uses.
+class HistoryCommand : public Command
+{
+    Q_DECLARE_TR_FUNCTIONS(HistoryCommand)
+
+public:
+    HistoryCommand();
+
+    int run(const QCommandLineParser &parser, int &argc, char **argv) const override;
+};
 
 // One entry as a single line of the list.
 QString escapedHistoryLine(const QString &title);

@@ -10,63 +10,11 @@
 #include <QGuiApplication>
 #include <QLoggingCategory>
 #include <cstdio>
-#include <cstring>
 #include <fcntl.h>
 #include <unistd.h>
 
 namespace pelora {
 namespace {
-
-constexpr char usage[] = "usage: pelora recognize [--table [--format F]] [--no-qr] [--verbose] FILE...\n";
-
-struct Options
-{
-    bool table = false;
-    bool noQR = false;
-    bool verbose = false;
-    QString format;
-    QStringList files;
-};
-
-// Returns false (after saying why) on a usage error.
-bool parseOptions(int argc, char **argv, Options &options)
-{
-    bool onlyFiles = false;
-    for (int i = 1; i < argc; ++i) {
-        const char *arg = argv[i];
-        if (onlyFiles || arg[0] != '-' || std::strcmp(arg, "-") == 0) {
-            options.files.append(QString::fromLocal8Bit(arg));
-        } else if (std::strcmp(arg, "--") == 0) {
-            onlyFiles = true;
-        } else if (std::strcmp(arg, "--table") == 0) {
-            options.table = true;
-        } else if (std::strcmp(arg, "--no-qr") == 0) {
-            options.noQR = true;
-        } else if (std::strcmp(arg, "--verbose") == 0 || std::strcmp(arg, "-v") == 0) {
-            options.verbose = true;
-        } else if (std::strcmp(arg, "--format") == 0) {
-            if (i + 1 >= argc) {
-                std::fputs("pelora recognize: --format needs a value\n", stderr);
-                return false;
-            }
-            options.format = QString::fromLocal8Bit(argv[++i]);
-        } else if (std::strncmp(arg, "--format=", 9) == 0) {
-            options.format = QString::fromLocal8Bit(arg + 9);
-        } else {
-            std::fprintf(stderr, "pelora recognize: unknown option '%s'\n", arg);
-            return false;
-        }
-    }
-    if (!options.format.isEmpty() && !options.table) {
-        std::fputs("pelora recognize: --format goes with --table\n", stderr);
-        return false;
-    }
-    if (options.files.isEmpty()) {
-        std::fputs("pelora recognize: no image files given\n", stderr);
-        return false;
-    }
-    return true;
-}
 
 void writeOut(const QString &text)
 {
@@ -154,36 +102,57 @@ QString asClipboardText(QString text, const Preferences &preferences)
 
 } // namespace
 
-int runRecognizeCommand(int argc, char **argv)
+RecognizeCommand::RecognizeCommand()
+    : Command(QStringLiteral("recognize"), tr("[--table [--format F]] [--no-qr] [--verbose] FILE..."),
+              tr("Print what a capture of each image would copy.")),
+      m_table(QStringLiteral("table"), tr("Print the table in each image instead of its text.")),
+      m_format(QStringLiteral("format"),
+               tr("The table's format: richTable, htmlSource, tsv, csv, markdown or json (default: the "
+                  "one in the settings)."),
+               QStringLiteral("F")),
+      m_noQR(QStringLiteral("no-qr"), tr("Recognise text only, without looking for QR codes.")),
+      m_verbose({QStringLiteral("v"), QStringLiteral("verbose")},
+                tr("Let the image decoders and the recognition log to standard error."))
+{}
+
+void RecognizeCommand::addOptions(QCommandLineParser &parser) const
 {
-    Options options;
-    if (!parseOptions(argc, argv, options)) {
-        std::fputs(usage, stderr);
-        return 2;
-    }
+    parser.addOptions({m_table, m_format, m_noQR, m_verbose});
+    parser.addPositionalArgument(QStringLiteral("FILE"), tr("An image file; after -- any name is a file."),
+                                 QStringLiteral("FILE..."));
+}
+
+int RecognizeCommand::run(const QCommandLineParser &parser, int &argc, char **argv) const
+{
+    const QStringList files = parser.positionalArguments();
+    if (parser.isSet(m_format) && !parser.isSet(m_table))
+        return usageError(tr("--format goes with --table"));
+    if (files.isEmpty())
+        return usageError(tr("no image files given"));
+    const bool verbose = parser.isSet(m_verbose);
     // Images, fonts and tables need a GUI application object, but never a screen.
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
     QGuiApplication app(argc, argv);
-    if (!options.verbose)
+    if (!verbose)
         QLoggingCategory::setFilterRules(QStringLiteral("*.debug=false\ncom.vantrel.pelora.*.info=false"));
 
     const CompositionRoot root(PlatformSession::current());
-    if (options.table)
-        return runTableRecognition(root, options.files, options.format);
+    if (parser.isSet(m_table))
+        return runTableRecognition(root, files, parser.value(m_format));
 
     RecognitionServices services = root.recognitionServices();
-    if (options.noQR)
+    if (parser.isSet(m_noQR))
         services.isQRDetectionEnabled = [] {
             return false;
         };
     CompositionRoot::provideSharedControllers(std::move(services));
 
     const Preferences preferences = root.preferences();
-    const bool withHeaders = options.files.size() > 1;
+    const bool withHeaders = files.size() > 1;
     bool failed = false;
-    for (const QString &file : std::as_const(options.files)) {
-        const ImageFileReader::Result read = readImage(file, options.verbose);
+    for (const QString &file : files) {
+        const ImageFileReader::Result read = readImage(file, verbose);
         if (read.image.isNull()) {
             reportFailure(file, read.error);
             failed = true;

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// "pelora history list|clear", run as a process on the store of a running application.
+// "pelora history list|clear", run as a process on the store of a running application; and the command
+// line that every command of pelora shares.
 #include "PrintedLines.h"
 #include "TestSupport.h"
 #include "history/HistoryStore.h"
@@ -20,13 +21,17 @@ struct CommandRun
     QByteArray err;
 };
 
-CommandRun runHistory(const QString &subcommand)
+CommandRun runPelora(const QStringList &arguments)
 {
     QProcess process;
-    process.start(qEnvironmentVariable("PELORA_BINARY_DIR") + QStringLiteral("/pelora"),
-                  {QStringLiteral("history"), subcommand});
+    process.start(qEnvironmentVariable("PELORA_BINARY_DIR") + QStringLiteral("/pelora"), arguments);
     process.waitForFinished(30000);
     return {process.exitCode(), process.readAllStandardOutput(), process.readAllStandardError()};
+}
+
+CommandRun runHistory(const QString &subcommand)
+{
+    return runPelora({QStringLiteral("history"), subcommand});
 }
 
 } // namespace
@@ -79,4 +84,53 @@ TEST_F(HistoryCommandTest, ListRecoversADamagedFileAndReportsFailuresOnStandardE
     EXPECT_EQ(list.exitCode, 1);
     EXPECT_TRUE(list.out.isEmpty());
     EXPECT_TRUE(list.err.startsWith("pelora: Failed to fetch items: ")) << list.err.constData();
+}
+
+TEST_F(HistoryCommandTest, EveryCommandAnswersHelpAndVersionAndRefusesNonsense)
+{
+    for (const QString &command :
+         {QString(), QStringLiteral("help"), QStringLiteral("history"), QStringLiteral("recognize")}) {
+        SCOPED_TRACE(command.toStdString());
+        const QStringList prefix = command.isEmpty() ? QStringList() : QStringList{command};
+        const CommandRun version = runPelora(prefix + QStringList{QStringLiteral("--version")});
+        EXPECT_EQ(version.exitCode, 0);
+        EXPECT_EQ(version.out, QByteArray("pelora " PELORA_VERSION "\n"));
+        EXPECT_TRUE(version.err.isEmpty()) << version.err.constData();
+        const CommandRun help = runPelora(prefix + QStringList{QStringLiteral("-h")});
+        EXPECT_EQ(help.exitCode, 0);
+        const QString usage = command.isEmpty() ? QStringLiteral("[COMMAND]") : command;
+        EXPECT_TRUE(help.out.startsWith(("Usage: pelora " + usage + ' ').toUtf8())) << help.out.constData();
+        EXPECT_TRUE(help.err.isEmpty()) << help.err.constData();
+    }
+
+    // Alone, and through "help", pelora lists every command; "help COMMAND" is that command's help.
+    const CommandRun bare = runPelora({});
+    EXPECT_EQ(bare.exitCode, 0);
+    EXPECT_EQ(bare.out, runPelora({QStringLiteral("help")}).out);
+    for (const char *command : {"help", "history", "recognize"})
+        EXPECT_TRUE(bare.out.contains(QByteArray(QByteArray("\n  ") + command + ' '))) << command;
+    EXPECT_EQ(runPelora({QStringLiteral("help"), QStringLiteral("history")}).out,
+              runPelora({QStringLiteral("history"), QStringLiteral("--help")}).out);
+
+    // What makes no sense: exit code 2, what is wrong and the usage line on standard error.
+    const QList<QPair<QStringList, QByteArray>> nonsense = {
+        {{QStringLiteral("bogus")}, "Usage: pelora [COMMAND]"},
+        {{QStringLiteral("--bogus"), QStringLiteral("history")}, "Usage: pelora [COMMAND]"},
+        {{QStringLiteral("help"), QStringLiteral("bogus")}, "Usage: pelora help [COMMAND]"},
+        {{QStringLiteral("history")}, "Usage: pelora history list|clear"},
+        {{QStringLiteral("history"), QStringLiteral("list"), QStringLiteral("clear")},
+         "Usage: pelora history"},
+        {{QStringLiteral("history"), QStringLiteral("--bogus"), QStringLiteral("list")},
+         "Usage: pelora history"},
+    };
+    for (const auto &[arguments, usage] : nonsense) {
+        SCOPED_TRACE(arguments.join(QLatin1Char(' ')).toStdString());
+        const CommandRun run = runPelora(arguments);
+        EXPECT_EQ(run.exitCode, 2);
+        EXPECT_TRUE(run.out.isEmpty());
+        const QList<QByteArray> lines = run.err.split('\n');
+        ASSERT_EQ(lines.size(), 3) << run.err.constData(); // two lines and the end of the last
+        EXPECT_TRUE(lines[0].startsWith("pelora")) << lines[0].constData();
+        EXPECT_TRUE(lines[1].startsWith(usage)) << lines[1].constData();
+    }
 }

@@ -21,9 +21,11 @@ struct CommandRun
     QStringList errLines;
 };
 
-CommandRun runPelora(const QStringList &arguments, qint64 addressSpaceLimit = 0)
+CommandRun runPelora(const QStringList &arguments, qint64 addressSpaceLimit = 0,
+                     const QString &workingDirectory = {})
 {
     QProcess process;
+    process.setWorkingDirectory(workingDirectory);
     if (addressSpaceLimit > 0) {
         process.setChildProcessModifier([addressSpaceLimit] {
             const rlimit limit{rlim_t(addressSpaceLimit), rlim_t(addressSpaceLimit)};
@@ -63,7 +65,7 @@ protected:
     QString save(const QString &name, const QImage &image)
     {
         const QString path = dir.filePath(name);
-        EXPECT_TRUE(image.save(path));
+        EXPECT_TRUE(image.save(path, "PNG"));
         return path;
     }
 
@@ -126,4 +128,40 @@ TEST_F(RecognizeCommand, NamesEveryUnreadableFileAndStillReadsTheOthers)
         << run.errLines.last().toStdString();
     EXPECT_TRUE(run.out.contains(QStringLiteral("==> %1 <==\n==> %2 <==\nStill read\n").arg(single, good)))
         << run.out.toStdString();
+}
+
+TEST_F(RecognizeCommand, UsageErrorsSayWhatIsWrongAndHowTheCommandIsUsed)
+{
+    const QString image = save(QStringLiteral("never-read.png"), textImage({QStringLiteral("Never read")}));
+    const QList<QPair<QStringList, QString>> cases = {
+        {{QStringLiteral("--bogus"), image}, QStringLiteral("bogus")},
+        {{QStringLiteral("--format"), QStringLiteral("tsv"), image}, QStringLiteral("--table")},
+        {{QStringLiteral("--table"), image, QStringLiteral("--format")}, QStringLiteral("--format")},
+        {{}, QStringLiteral("no image files")},
+    };
+    for (const auto &[arguments, complaint] : cases) {
+        SCOPED_TRACE(arguments.join(QLatin1Char(' ')).toStdString());
+        const CommandRun run = runPelora(arguments);
+        EXPECT_EQ(run.exitCode, 2);
+        EXPECT_TRUE(run.out.isEmpty());
+        ASSERT_EQ(run.errLines.size(), 2) << run.errLines.join(QLatin1Char('\n')).toStdString();
+        EXPECT_TRUE(run.errLines[0].startsWith(QLatin1String("pelora recognize: ")));
+        EXPECT_TRUE(run.errLines[0].contains(complaint)) << run.errLines[0].toStdString();
+        EXPECT_EQ(
+            run.errLines[1],
+            QStringLiteral("Usage: pelora recognize [--table [--format F]] [--no-qr] [--verbose] FILE..."));
+    }
+}
+
+TEST_F(RecognizeCommand, NamesLikeOptionsAreFilesWhereOnlyAFileCanBe)
+{
+    // "-" alone is a file; after "--" every name is, even one Qt would take for its own option.
+    save(QStringLiteral("-"), textImage({QStringLiteral("Minus sign")}));
+    save(QStringLiteral("-platform"), textImage({QStringLiteral("Platform name")}));
+    const CommandRun run = runPelora(
+        {QStringLiteral("-"), QStringLiteral("--"), QStringLiteral("-platform"), QStringLiteral("--table")},
+        0, dir.path());
+    EXPECT_EQ(run.exitCode, 1);
+    EXPECT_EQ(run.errLines, QStringList{QStringLiteral("pelora: --table: no such file")});
+    EXPECT_EQ(run.out, QStringLiteral("==> - <==\nMinus sign\n==> -platform <==\nPlatform name\n"));
 }

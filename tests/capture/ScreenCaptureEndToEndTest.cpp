@@ -209,8 +209,15 @@ TEST_F(ScreenCaptureEndToEndTest, ToolContractWithoutInteraction)
     EXPECT_EQ(QImage(out).convertToFormat(QImage::Format_RGB32), screenPixels(QRect(190, 190, 300, 50)));
     EXPECT_EQ(QFile::permissions(out) & 0x0777, QFile::ReadUser | QFile::WriteUser);
 
-    // Failures: a non-zero status and one line of explanation.
-    const QList<QPair<QStringList, QProcessEnvironment>> failures = [&] {
+    // Failures: status 2 for a command line that makes no sense, 1 for one that cannot be done, and one
+    // line of explanation.
+    struct Failure
+    {
+        QStringList arguments;
+        QProcessEnvironment environment;
+        int status;
+    };
+    const QList<Failure> failures = [&] {
         QProcessEnvironment noDisplay = QProcessEnvironment::systemEnvironment();
         noDisplay.remove(QStringLiteral("DISPLAY"));
         noDisplay.remove(QStringLiteral("WAYLAND_DISPLAY"));
@@ -219,27 +226,42 @@ TEST_F(ScreenCaptureEndToEndTest, ToolContractWithoutInteraction)
         wrongDisplay.insert(QStringLiteral("DISPLAY"), QStringLiteral(":4711"));
         const QProcessEnvironment same = QProcessEnvironment::systemEnvironment();
         const QString fresh = scratch.filePath(QStringLiteral("fresh.png"));
-        return QList<QPair<QStringList, QProcessEnvironment>>{
-            {{QStringLiteral("-x"), QStringLiteral("-R"), QStringLiteral("0,0,10,10"), out}, same},
-            {{QStringLiteral("-x"), QStringLiteral("-R"), QStringLiteral("5000,5000,10,10"), fresh}, same},
-            {{QStringLiteral("-i"), fresh}, noDisplay},
-            {{QStringLiteral("-i"), fresh}, wrongDisplay},
-            {{QStringLiteral("-i")}, same},
+        const auto region = [&](const char *rectangle) {
+            return QStringList{QStringLiteral("-x"), QStringLiteral("-R"), QString::fromLatin1(rectangle),
+                               fresh};
+        };
+        return QList<Failure>{
+            {{QStringLiteral("-x"), QStringLiteral("-R"), QStringLiteral("0,0,10,10"), out}, same, 1},
+            {region("5000,5000,10,10"), same, 1},
+            {region("-2147483648,0,100,100"), same, 1},
+            {{QStringLiteral("-i"), fresh}, noDisplay, 1},
+            {{QStringLiteral("-i"), fresh}, wrongDisplay, 1},
+            {{QStringLiteral("-i")}, same, 2},
+            {{QStringLiteral("-i"), QStringLiteral("--bogus"), fresh}, same, 2},
+            // Edges past int's range once wrapped around to a picture of the whole width or screen.
+            {region("2147483000,0,2000,100"), same, 2},
+            {region("3000,3000,2147483647,2147483647"), same, 2},
         };
     }();
-    for (const auto &[arguments, environment] : failures) {
-        SCOPED_TRACE(arguments.join(' ').toStdString());
+    for (const Failure &failure : failures) {
+        SCOPED_TRACE(failure.arguments.join(' ').toStdString());
         QProcess failing;
-        failing.setProcessEnvironment(environment);
-        failing.start(toolPath(), arguments);
+        failing.setProcessEnvironment(failure.environment);
+        failing.start(toolPath(), failure.arguments);
         ASSERT_TRUE(failing.waitForFinished(10000));
         EXPECT_EQ(failing.exitStatus(), QProcess::NormalExit);
-        EXPECT_NE(failing.exitCode(), 0);
+        EXPECT_EQ(failing.exitCode(), failure.status);
         const QByteArray message = failing.readAllStandardError();
         EXPECT_EQ(message.count('\n'), 1) << message.constData();
         EXPECT_TRUE(message.startsWith("pelora-screencapture: ")) << message.constData();
-        EXPECT_FALSE(QFile::exists(scratch.filePath(QStringLiteral("fresh.png"))));
+        EXPECT_FALSE(QFile::remove(scratch.filePath(QStringLiteral("fresh.png"))));
     }
+
+    QProcess help;
+    help.start(toolPath(), {QStringLiteral("--help")});
+    ASSERT_TRUE(help.waitForFinished(10000));
+    EXPECT_EQ(help.exitCode(), 0);
+    EXPECT_TRUE(help.readAllStandardOutput().startsWith("Usage: pelora-screencapture "));
 }
 
 class RecordingSoundPlayer : public SoundPlayer

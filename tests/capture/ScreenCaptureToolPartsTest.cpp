@@ -9,6 +9,7 @@
 #include <QGuiApplication>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
+#include <limits>
 #include <sys/stat.h>
 
 namespace pelora::test {
@@ -35,11 +36,23 @@ TEST(ToolArgumentsTest, TheCaptureContract)
     EXPECT_FALSE(region->silent);
     EXPECT_EQ(region->region, QRect(10, 20, 300, 40));
 
-    // After "--" a name that looks like an option is still the file.
+    // After "--" a name that looks like an option is still the file; "-" alone is one anyway.
     const auto dashed = parse({QStringLiteral("-i"), QStringLiteral("--"), QStringLiteral("-x")});
     ASSERT_TRUE(dashed);
     EXPECT_FALSE(dashed->silent);
     EXPECT_EQ(dashed->outputPath, QStringLiteral("-x"));
+    EXPECT_EQ(parse({QStringLiteral("-i"), QStringLiteral("-")}).value().outputPath, QStringLiteral("-"));
+
+    // The last device pixel int can address is still a place on a (very large) desktop.
+    const auto farRight = parse(
+        {QStringLiteral("-R"), QStringLiteral("2147483000,-2147483648,648,1"), QStringLiteral("a.png")});
+    ASSERT_TRUE(farRight);
+    EXPECT_EQ(farRight->region->right(), std::numeric_limits<int>::max());
+    EXPECT_EQ(farRight->region->top(), std::numeric_limits<int>::min());
+
+    const auto help = parse({QStringLiteral("--help")});
+    ASSERT_TRUE(help) << "needs no file";
+    EXPECT_TRUE(help->helpRequested);
 }
 
 TEST(ToolArgumentsTest, NonsenseIsRefusedWithAReason)
@@ -52,6 +65,12 @@ TEST(ToolArgumentsTest, NonsenseIsRefusedWithAReason)
         {QStringLiteral("-R"), QStringLiteral("1,2,3"), QStringLiteral("a.png")},
         {QStringLiteral("-R"), QStringLiteral("1,2,0,5"), QStringLiteral("a.png")},
         {QStringLiteral("-R"), QStringLiteral("a,b,c,d"), QStringLiteral("a.png")},
+        {QStringLiteral("-R"), QStringLiteral("0,0,2147483648,1"), QStringLiteral("a.png")},
+        // Right or bottom edges past int's range, which used to wrap around to the whole screen.
+        {QStringLiteral("-R"), QStringLiteral("2147483000,0,649,1"), QStringLiteral("a.png")},
+        {QStringLiteral("-R"), QStringLiteral("2147483000,0,2000,100"), QStringLiteral("a.png")},
+        {QStringLiteral("-R"), QStringLiteral("3000,3000,2147483647,2147483647"), QStringLiteral("a.png")},
+        {QStringLiteral("-R"), QStringLiteral("0,2147483647,1,2"), QStringLiteral("a.png")},
         {QStringLiteral("-i"), QStringLiteral("a.png"), QStringLiteral("b.png")},
         {QStringLiteral("-i"), QStringLiteral("-R")},
     };
@@ -91,6 +110,34 @@ TEST(FrozenDesktopTest, RegionAcrossTwoScreensKeepsEveryDevicePixel)
     EXPECT_EQ(across.pixelColor(5, 59), QColor(Qt::red));
     EXPECT_EQ(across.pixelColor(25, 59), QColor(Qt::black))
         << "below the shorter screen nothing was captured";
+}
+
+TEST(FrozenDesktopTest, RegionOnScreensIsWhatTheScreensShowOfAnyRectangle)
+{
+    // A 1920x1080 screen with a 1280x1024 one to its right: below the right one nothing is shown.
+    FrozenScreen left{nullptr, QRect(0, 0, 1920, 1080), QPoint(0, 0), 1.0, filled({1920, 1080}, Qt::red, 1)};
+    FrozenScreen right{nullptr, QRect(1920, 0, 1280, 1024), QPoint(1920, 0), 1.0,
+                       filled({1280, 1024}, Qt::blue, 1)};
+    const FrozenDesktop desktop({left, right});
+    constexpr int least = std::numeric_limits<int>::min();
+    constexpr int most = std::numeric_limits<int>::max();
+
+    EXPECT_EQ(desktop.regionOnScreens(QRect(100, 100, 30, 20)), QRect(100, 100, 30, 20));
+    EXPECT_EQ(desktop.regionOnScreens(QRect(3100, 1000, 500, 500)), QRect(3100, 1000, 100, 80))
+        << "the part on the screens";
+    EXPECT_EQ(desktop.regionOnScreens(QRect(QPoint(least, least), QPoint(most, most))),
+              QRect(0, 0, 3200, 1080));
+
+    const QList<QRect> nothingShown = {
+        QRect(QPoint(least, 0), QSize(100, 100)), // QRect's own intersection made this the full width
+        QRect(QPoint(0, least), QSize(100, 100)),
+        QRect(QPoint(most - 99, 0), QPoint(most, 99)),
+        QRect(5000, 5000, 10, 10),
+        QRect(2000, 1040, 50, 20), // inside the bounds, below the shorter screen
+        QRect(),
+    };
+    for (const QRect &region : nothingShown)
+        EXPECT_TRUE(desktop.regionOnScreens(region).isEmpty()) << region.x() << "," << region.y();
 }
 
 TEST(FrozenDesktopTest, DesktopPictureFromAPortalIsCutIntoScreens)

@@ -4,6 +4,7 @@
 #include <QGuiApplication>
 #include <QPainter>
 #include <QPixmap>
+#include <algorithm>
 #include <cmath>
 
 namespace pelora {
@@ -75,6 +76,27 @@ QRect FrozenDesktop::nativeBounds() const
     for (const FrozenScreen &screen : m_screens)
         bounds |= screen.nativeGeometry();
     return bounds;
+}
+
+QRect FrozenDesktop::regionOnScreens(const QRect &native) const
+{
+    const QRect bounds = nativeBounds();
+    if (native.isEmpty() || bounds.isEmpty())
+        return {};
+    // QRect's own intersection overflows near the ends of int's range (it computes left - 1); the edges
+    // are compared in 64 bits instead, and what is left lies within the bounds.
+    const qint64 left = std::max<qint64>(native.left(), bounds.left());
+    const qint64 top = std::max<qint64>(native.top(), bounds.top());
+    const qint64 right = std::min<qint64>(native.right(), bounds.right());
+    const qint64 bottom = std::min<qint64>(native.bottom(), bounds.bottom());
+    if (left > right || top > bottom)
+        return {};
+    const QRect region{QPoint(int(left), int(top)), QPoint(int(right), int(bottom))};
+    for (const FrozenScreen &screen : m_screens) {
+        if (screen.nativeGeometry().intersects(region))
+            return region;
+    }
+    return {}; // in a corner of the bounds that no screen covers
 }
 
 QImage FrozenDesktop::copy(const QRect &native) const

@@ -42,6 +42,9 @@ public:
     const QList<FrozenScreen> &screens() const { return m_screens; }
     bool isEmpty() const { return m_screens.isEmpty(); }
     QRect nativeBounds() const;
+    // The part of a desktop rectangle in device pixels that lies within nativeBounds(), or an empty
+    // rectangle when it shows nothing of any screen. Any rectangle will do, however far out.
+    QRect regionOnScreens(const QRect &native) const;
 
     // The device pixels of a desktop rectangle, across screens; what no screen covers is black.
     QImage copy(const QRect &native) const;

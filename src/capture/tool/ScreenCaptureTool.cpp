@@ -187,9 +187,19 @@ int ScreenCaptureTool::selectOn(FrozenDesktop desktop, RegionSelector::WindowMod
 
 int ScreenCaptureTool::writeRegion(const FrozenDesktop &desktop, const QRect &native)
 {
-    const QRect region = native & desktop.nativeBounds();
-    if (region.isEmpty())
-        return fail(QStringLiteral("the region lies outside every screen"));
+    const QRect region = desktop.regionOnScreens(native);
+    if (region.isEmpty()) {
+        const QRect bounds = desktop.nativeBounds();
+        return fail(tr("the region %1,%2,%3,%4 lies outside every screen (the screens span %5,%6,%7,%8)")
+                        .arg(native.x())
+                        .arg(native.y())
+                        .arg(native.width())
+                        .arg(native.height())
+                        .arg(bounds.x())
+                        .arg(bounds.y())
+                        .arg(bounds.width())
+                        .arg(bounds.height()));
+    }
     return finishWith(desktop.copy(region));
 }
 

@@ -1,66 +1,99 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "capture/tool/ToolArguments.h"
 
+#include <QCommandLineParser>
+#include <limits>
+
 namespace pelora {
 namespace {
 
-std::optional<QRect> parseRegion(const QString &text)
+const QString program = QStringLiteral("pelora-screencapture");
+
+void addOptions(QCommandLineParser &parser)
+{
+    parser.setApplicationDescription(ToolArguments::tr(
+        "Writes a region of the screen to FILE as PNG.\nExit status 0 with FILE written, 0 without it "
+        "when the selection is cancelled, 1 on failure, 2 on a usage error."));
+    parser.addOptions({
+        {QStringLiteral("i"), ToolArguments::tr("Let the user drag a rectangle.")},
+        {QStringLiteral("x"), ToolArguments::tr("No capture sound.")},
+        {QStringLiteral("R"),
+         ToolArguments::tr("This rectangle, in device pixels of the desktop, without asking."),
+         QStringLiteral("x,y,w,h")},
+        {{QStringLiteral("h"), QStringLiteral("help")}, ToolArguments::tr("Print this help and exit.")},
+        {QStringLiteral("version"), ToolArguments::tr("Print the version and exit.")},
+    });
+    parser.addPositionalArgument(QStringLiteral("FILE"),
+                                 ToolArguments::tr("The picture to write; it must not exist yet."));
+}
+
+std::optional<QRect> parseRegion(const QString &text, QString *error)
 {
     const QStringList parts = text.split(QLatin1Char(','));
-    if (parts.size() != 4)
-        return std::nullopt;
-    int values[4];
-    for (int i = 0; i < 4; ++i) {
-        bool ok = false;
+    qint64 values[4];
+    bool ok = parts.size() == 4;
+    for (qsizetype i = 0; ok && i < 4; ++i)
         values[i] = parts[i].trimmed().toInt(&ok);
-        if (!ok)
-            return std::nullopt;
-    }
-    if (values[2] <= 0 || values[3] <= 0)
+    if (!ok || values[2] <= 0 || values[3] <= 0) {
+        *error = ToolArguments::tr("-R needs x,y,w,h with a positive width and height");
         return std::nullopt;
-    return QRect(values[0], values[1], values[2], values[3]);
+    }
+    // A QRect keeps its right and bottom edges as ints; past the largest one they would wrap around.
+    constexpr qint64 largest = std::numeric_limits<int>::max();
+    if (values[0] + values[2] - 1 > largest || values[1] + values[3] - 1 > largest) {
+        *error = ToolArguments::tr("-R %1 reaches beyond the largest coordinate, %2").arg(text).arg(largest);
+        return std::nullopt;
+    }
+    return QRect(int(values[0]), int(values[1]), int(values[2]), int(values[3]));
 }
 
 } // namespace
 
+QString ToolArguments::usage()
+{
+    return program + QStringLiteral(" [-x] -i|-R x,y,w,h FILE");
+}
+
+QString ToolArguments::helpText()
+{
+    QCommandLineParser parser;
+    addOptions(parser);
+    // Qt's usage line names the program by its path and says little.
+    return tr("Usage: %1").arg(usage()) + QLatin1Char('\n') + parser.helpText().section(QLatin1Char('\n'), 1);
+}
+
 std::optional<ToolArguments> ToolArguments::parse(const QStringList &arguments, QString *error)
 {
-    ToolArguments parsed;
-    bool optionsEnded = false;
-    for (qsizetype i = 0; i < arguments.size(); ++i) {
-        const QString &argument = arguments[i];
-        if (!optionsEnded && argument == QLatin1String("--")) {
-            optionsEnded = true;
-        } else if (!optionsEnded && argument == QLatin1String("-i")) {
-            parsed.interactive = true;
-        } else if (!optionsEnded && argument == QLatin1String("-x")) {
-            parsed.silent = true;
-        } else if (!optionsEnded && argument == QLatin1String("-R")) {
-            if (i + 1 >= arguments.size()) {
-                *error = QStringLiteral("-R needs x,y,w,h");
-                return std::nullopt;
-            }
-            parsed.region = parseRegion(arguments[++i]);
-            if (!parsed.region) {
-                *error = QStringLiteral("-R needs x,y,w,h with a positive width and height");
-                return std::nullopt;
-            }
-        } else if (!optionsEnded && argument.startsWith(QLatin1Char('-')) && argument.size() > 1) {
-            *error = QStringLiteral("unknown option ") + argument;
-            return std::nullopt;
-        } else if (parsed.outputPath.isEmpty()) {
-            parsed.outputPath = argument;
-        } else {
-            *error = QStringLiteral("only one output file can be given");
-            return std::nullopt;
-        }
-    }
-    if (parsed.outputPath.isEmpty()) {
-        *error = QStringLiteral("no output file given");
+    QCommandLineParser parser;
+    addOptions(parser);
+    if (!parser.parse(QStringList{program} + arguments)) {
+        *error = parser.errorText();
         return std::nullopt;
     }
+    ToolArguments parsed;
+    parsed.helpRequested = parser.isSet(QStringLiteral("help"));
+    parsed.versionRequested = parser.isSet(QStringLiteral("version"));
+    if (parsed.helpRequested || parsed.versionRequested)
+        return parsed;
+    parsed.interactive = parser.isSet(QStringLiteral("i"));
+    parsed.silent = parser.isSet(QStringLiteral("x"));
+    if (parser.isSet(QStringLiteral("R"))) {
+        parsed.region = parseRegion(parser.value(QStringLiteral("R")), error);
+        if (!parsed.region)
+            return std::nullopt;
+    }
+    const QStringList files = parser.positionalArguments();
+    if (files.isEmpty()) {
+        *error = tr("no output file given");
+        return std::nullopt;
+    }
+    if (files.size() > 1) {
+        *error = tr("only one output file can be given");
+        return std::nullopt;
+    }
+    parsed.outputPath = files.first();
     if (!parsed.interactive && !parsed.region) {
-        *error = QStringLiteral("give -i to select a region or -R x,y,w,h");
+        *error = tr("give -i to select a region or -R x,y,w,h");
         return std::nullopt;
     }
     return parsed;

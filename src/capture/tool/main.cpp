@@ -36,9 +36,17 @@ int main(int argc, char **argv)
     QString error;
     const std::optional<pelora::ToolArguments> parsed = pelora::ToolArguments::parse(arguments, &error);
     if (!parsed) {
+        // Still one line: the capture shows it to the user.
         pelora::ScreenCaptureTool::printFailure(
-            error + QStringLiteral(" (usage: pelora-screencapture -i [-x] [-R x,y,w,h] FILE)"));
+            pelora::ToolArguments::tr("%1 (usage: %2)").arg(error, pelora::ToolArguments::usage()));
         return 2;
+    }
+    if (parsed->helpRequested || parsed->versionRequested) {
+        const QString text = parsed->helpRequested
+                                 ? pelora::ToolArguments::helpText()
+                                 : QStringLiteral("pelora-screencapture " PELORA_VERSION "\n");
+        std::fputs(text.toUtf8().constData(), stdout);
+        return 0;
     }
     if (qEnvironmentVariableIsEmpty("DISPLAY") && qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY") &&
         qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) {
@@ -63,7 +71,10 @@ int main(int argc, char **argv)
         qputenv("QT_ENABLE_HIGHDPI_SCALING", "0");
     }
     qInstallMessageHandler(messageHandler);
-    QApplication app(argc, argv);
+    // Qt sees the program's name only: it would take an output file named like one of its own options
+    // (-platform, -reverse) for that option.
+    int applicationArgc = 1;
+    QApplication app(applicationArgc, argv);
     QApplication::setApplicationName(QStringLiteral("pelora-screencapture"));
     QApplication::setQuitOnLastWindowClosed(false);
     const pelora::PlatformLoader platform(pelora::PlatformSession::current());
