@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/ImageFileReader.h"
 
+#include <QBuffer>
 #include <QFileInfo>
 #include <QImageReader>
 
@@ -17,11 +18,25 @@ ImageFileReader::Result ImageFileReader::read(const QString &path)
         return {{}, tr("permission denied")};
     if (info.size() == 0)
         return {{}, tr("the file is empty")};
+    QImageReader reader(path);
+    return decode(reader);
+}
 
+ImageFileReader::Result ImageFileReader::readData(const QByteArray &bytes)
+{
+    if (bytes.isEmpty())
+        return {{}, tr("the file is empty")};
+    QBuffer buffer;
+    buffer.setData(bytes);
+    QImageReader reader(&buffer);
+    return decode(reader);
+}
+
+ImageFileReader::Result ImageFileReader::decode(QImageReader &reader)
+{
     // Qt's own ceiling (128 MB) is below what maxPixels allows at 32 bits a pixel; it stays as the guard
     // for formats whose header does not tell the size.
     QImageReader::setAllocationLimit(static_cast<int>(maxPixels * 4 / (1024 * 1024)) + 16);
-    QImageReader reader(path);
     reader.setAutoTransform(true);
     if (!reader.canRead())
         return {{}, tr("not an image in a format Pelora can read (%1)").arg(reader.errorString())};

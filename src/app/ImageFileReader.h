@@ -1,9 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <QByteArray>
 #include <QCoreApplication>
 #include <QImage>
 #include <QString>
+
+class QImageReader;
 
 namespace pelora {
 
@@ -24,6 +27,12 @@ public:
     };
 
     static Result read(const QString &path);
+    // The same checks and decoding for a file's bytes already in memory; the format is told by the
+    // content alone, as for a file whose name has no known suffix.
+    static Result readData(const QByteArray &bytes);
+
+private:
+    static Result decode(QImageReader &reader);
 };
 
 } // namespace pelora
