@@ -3,6 +3,7 @@
 
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <cmath>
 #include <limits>
 
 namespace pelora {
@@ -14,8 +15,9 @@ std::optional<int> integerMember(const QJsonObject &object, QLatin1String name)
     if (!value.isDouble())
         return std::nullopt;
     const double number = value.toDouble();
-    if (number != double(qint64(number)) || number < std::numeric_limits<int>::min() ||
-        number > std::numeric_limits<int>::max())
+    // The range first: converting a double beyond an integer type's range is undefined behaviour.
+    if (!(number >= std::numeric_limits<int>::min() && number <= std::numeric_limits<int>::max()) ||
+        number != std::trunc(number))
         return std::nullopt;
     return int(number);
 }

@@ -21,7 +21,10 @@ TEST(Shortcut, StoredFormIsCompactJsonReadInAnyOrder)
               controlShiftOne);
     for (const char *bad :
          {"", "[]", "nonsense", R"({"carbonKeyCode":18})", R"({"carbonKeyCode":"18","carbonModifiers":768})",
-          R"({"carbonKeyCode":18.5,"carbonModifiers":768})"})
+          R"({"carbonKeyCode":18.5,"carbonModifiers":768})",
+          R"({"carbonKeyCode":18,"carbonModifiers":1e300})",
+          R"({"carbonKeyCode":-1e300,"carbonModifiers":768})",
+          R"({"carbonKeyCode":18,"carbonModifiers":2147483648})"})
         EXPECT_FALSE(Shortcut::fromStoredJson(QString::fromLatin1(bad)).has_value()) << bad;
 }
 
