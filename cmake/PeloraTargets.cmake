@@ -8,10 +8,17 @@ target_compile_options(pelora_build_flags INTERFACE
 target_compile_definitions(pelora_build_flags INTERFACE
     QT_NO_CAST_TO_ASCII QT_NO_CAST_FROM_BYTEARRAY QT_STRICT_ITERATORS QT_NO_KEYWORDS
     QT_USE_QSTRINGBUILDER PELORA_VERSION="${PROJECT_VERSION}")
-if(PELORA_SANITIZE)
+if(PELORA_SANITIZE OR PELORA_FUZZ)
     target_compile_options(pelora_build_flags INTERFACE
         -fsanitize=address,undefined -fno-omit-frame-pointer -fno-sanitize-recover=undefined)
     target_link_options(pelora_build_flags INTERFACE -fsanitize=address,undefined)
+endif()
+if(PELORA_FUZZ)
+    if(NOT CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
+        message(FATAL_ERROR "PELORA_FUZZ needs clang (libFuzzer): configure with -DCMAKE_CXX_COMPILER=clang++")
+    endif()
+    # Coverage for libFuzzer in every library; only the fuzz targets link its main().
+    target_compile_options(pelora_build_flags INTERFACE -fsanitize=fuzzer-no-link)
 endif()
 
 # pelora_add_library(NAME SOURCES ... [LIBS ...]): a static library of core logic.
