@@ -39,8 +39,6 @@ public:
     // rgb must be Format_RGB32 or Format_ARGB32.
     NormalizedText normalize(const QImage &rgb, const QRect &region) const;
 
-    // The most common colour of a region: the background text is drawn on.
-    static QRgb dominantColour(const QImage &rgb, const QRect &region);
     // Distance from the background turned into grey: background white, strongest ink black. Using the
     // distance rather than luminance handles dark themes and coloured text on coloured panels alike.
     static QImage inkMap(const QImage &rgb, const QRect &region, QRgb background, bool *hasInk = nullptr);

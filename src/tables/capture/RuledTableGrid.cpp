@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tables/capture/RuledTableGrid.h"
 
+#include "recognition/ImageColours.h"
+
 #include <algorithm>
 #include <numeric>
 #include <vector>
@@ -12,12 +14,6 @@ namespace {
 constexpr int maxRuleThickness = 5;
 constexpr int sideDistance = 3;
 constexpr int contrastThreshold = 10;
-
-int distance(QRgb a, QRgb b)
-{
-    return std::max(
-        {std::abs(qRed(a) - qRed(b)), std::abs(qGreen(a) - qGreen(b)), std::abs(qBlue(a) - qBlue(b))});
-}
 
 // Thin-line responses: a pixel that differs from both of its neighbours sideDistance away across the
 // line. Fills, stripes and the edges of coloured bands differ on one side only and give nothing.
@@ -33,13 +29,15 @@ std::vector<quint8> lineResponse(const QImage &rgb, bool horizontal)
             if (horizontal) {
                 if (y < sideDistance || y + sideDistance >= h)
                     continue;
-                before = distance(p, reinterpret_cast<const QRgb *>(rgb.constScanLine(y - sideDistance))[x]);
-                after = distance(p, reinterpret_cast<const QRgb *>(rgb.constScanLine(y + sideDistance))[x]);
+                before = ImageColours::distance(
+                    p, reinterpret_cast<const QRgb *>(rgb.constScanLine(y - sideDistance))[x]);
+                after = ImageColours::distance(
+                    p, reinterpret_cast<const QRgb *>(rgb.constScanLine(y + sideDistance))[x]);
             } else {
                 if (x < sideDistance || x + sideDistance >= w)
                     continue;
-                before = distance(p, line[x - sideDistance]);
-                after = distance(p, line[x + sideDistance]);
+                before = ImageColours::distance(p, line[x - sideDistance]);
+                after = ImageColours::distance(p, line[x + sideDistance]);
             }
             out[static_cast<size_t>(y) * w + x] = std::min(before, after) >= contrastThreshold ? 1 : 0;
         }

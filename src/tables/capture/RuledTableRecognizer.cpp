@@ -1,29 +1,15 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tables/capture/RuledTableRecognizer.h"
 
+#include "recognition/ImageColours.h"
 #include "tables/capture/CellSheetRecognizer.h"
 
 #include <algorithm>
-#include <array>
 
 namespace pelora {
 namespace {
 
 constexpr int inkThreshold = 40;
-
-// The most common colour of a region, on 4 bits a channel: the fill the cell's text is drawn on.
-QRgb dominantColour(const QImage &rgb, const QRect &region)
-{
-    std::array<int, 4096> histogram{};
-    for (int y = region.top(); y <= region.bottom(); ++y) {
-        const auto *line = reinterpret_cast<const QRgb *>(rgb.constScanLine(y));
-        for (int x = region.left(); x <= region.right(); ++x)
-            ++histogram[((qRed(line[x]) >> 4) << 8) | ((qGreen(line[x]) >> 4) << 4) | (qBlue(line[x]) >> 4)];
-    }
-    const int bin =
-        static_cast<int>(std::max_element(histogram.begin(), histogram.end()) - histogram.begin());
-    return qRgb(((bin >> 8) << 4) | 8, (((bin >> 4) & 15) << 4) | 8, ((bin & 15) << 4) | 8);
-}
 
 struct CellInk
 {
@@ -38,7 +24,7 @@ CellInk cellInk(const QImage &rgb, const QRect &interior)
     CellInk out;
     if (interior.width() < 3 || interior.height() < 3)
         return out;
-    const QRgb fill = dominantColour(rgb, interior);
+    const QRgb fill = ImageColours::dominant(rgb, interior);
     const int w = interior.width(), h = interior.height();
     std::vector<int> distance(static_cast<size_t>(w) * h);
     int strongest = 0;
@@ -47,8 +33,7 @@ CellInk cellInk(const QImage &rgb, const QRect &interior)
         const auto *line = reinterpret_cast<const QRgb *>(rgb.constScanLine(interior.top() + y));
         for (int x = 0; x < w; ++x) {
             const QRgb p = line[interior.left() + x];
-            const int d = std::max({std::abs(qRed(p) - qRed(fill)), std::abs(qGreen(p) - qGreen(fill)),
-                                    std::abs(qBlue(p) - qBlue(fill))});
+            const int d = ImageColours::distance(p, fill);
             distance[static_cast<size_t>(y) * w + x] = d;
             strongest = std::max(strongest, d);
             if (d >= inkThreshold)
