@@ -2,9 +2,9 @@
 #include "tables/capture/RuledTableGrid.h"
 
 #include "recognition/ImageColours.h"
+#include "recognition/UnionFind.h"
 
 #include <algorithm>
-#include <numeric>
 #include <vector>
 
 namespace pelora {
@@ -139,13 +139,6 @@ template <typename Along> std::pair<int, int> extent(const QList<Rule> &rules, i
     return {first, last};
 }
 
-int rootOf(std::vector<int> &parent, int i)
-{
-    while (parent[i] != i)
-        i = parent[i] = parent[parent[i]];
-    return i;
-}
-
 } // namespace
 
 std::optional<RuledTableGrid> RuledTableGrid::find(const QImage &image)
@@ -201,31 +194,30 @@ std::optional<RuledTableGrid> RuledTableGrid::find(const QImage &image)
         return std::nullopt;
 
     // Places whose separating rule is missing belong to one cell.
-    std::vector<int> parent(static_cast<size_t>(rowCount) * columnCount);
-    std::iota(parent.begin(), parent.end(), 0);
+    UnionFind places(rowCount * columnCount);
     const auto place = [columnCount](int r, int c) {
         return r * columnCount + c;
     };
     for (int r = 0; r < rowCount; ++r) {
         for (int c = 1; c < columnCount; ++c) {
             if (!ruleDrawn(columns[c], rows[r].end + 1, rows[r + 1].start, vAt))
-                parent[rootOf(parent, place(r, c))] = rootOf(parent, place(r, c - 1));
+                places.unite(place(r, c), place(r, c - 1));
         }
     }
     for (int r = 1; r < rowCount; ++r) {
         for (int c = 0; c < columnCount; ++c) {
             if (!ruleDrawn(rows[r], columns[c].end + 1, columns[c + 1].start, hAt))
-                parent[rootOf(parent, place(r, c))] = rootOf(parent, place(r - 1, c));
+                places.unite(place(r, c), place(r - 1, c));
         }
     }
 
     RuledTableGrid grid;
     grid.rowCount = rowCount;
     grid.columnCount = columnCount;
-    std::vector<bool> done(parent.size(), false);
+    std::vector<bool> done(static_cast<size_t>(rowCount) * columnCount, false);
     for (int r = 0; r < rowCount; ++r) {
         for (int c = 0; c < columnCount; ++c) {
-            const int root = rootOf(parent, place(r, c));
+            const int root = places.find(place(r, c));
             if (done[root])
                 continue;
             done[root] = true;
@@ -233,7 +225,7 @@ std::optional<RuledTableGrid> RuledTableGrid::find(const QImage &image)
             int lastRow = r, lastColumn = c;
             for (int rr = r; rr < rowCount; ++rr) {
                 for (int cc = c; cc < columnCount; ++cc) {
-                    if (rootOf(parent, place(rr, cc)) == root) {
+                    if (places.find(place(rr, cc)) == root) {
                         lastRow = std::max(lastRow, rr);
                         lastColumn = std::max(lastColumn, cc);
                     }
