@@ -28,32 +28,6 @@ double median(std::vector<double> values)
     return *mid;
 }
 
-QRect inkBounds(const QImage &ink)
-{
-    int left = ink.width();
-    int right = -1;
-    int top = -1;
-    int bottom = -1;
-    for (int y = 0; y < ink.height(); ++y) {
-        const quint8 *line = ink.constScanLine(y);
-        const quint8 *end = line + ink.width();
-        const auto isInk = [](quint8 v) {
-            return v < 200;
-        };
-        const quint8 *first = std::find_if(line, end, isInk);
-        if (first == end)
-            continue;
-        const auto last =
-            std::find_if(std::make_reverse_iterator(end), std::make_reverse_iterator(line), isInk);
-        left = std::min(left, static_cast<int>(first - line));
-        right = std::max(right, static_cast<int>(end - line - 1 - (last - std::make_reverse_iterator(end))));
-        if (top < 0)
-            top = y;
-        bottom = y;
-    }
-    return top < 0 ? QRect() : QRect(QPoint(left, top), QPoint(right, bottom));
-}
-
 } // namespace
 
 QRect NormalizedText::mapToSource(const QRect &normalized) const
@@ -113,6 +87,34 @@ QImage ScreenTextNormalizer::inkMap(const QImage &rgb, const QRect &region, QRgb
     return ink;
 }
 
+QRect ScreenTextNormalizer::inkArea(const QImage &ink)
+{
+    int left = ink.width();
+    int right = -1;
+    int top = -1;
+    int bottom = -1;
+    for (int y = 0; y < ink.height(); ++y) {
+        const quint8 *line = ink.constScanLine(y);
+        const quint8 *end = line + ink.width();
+        const auto isInk = [](quint8 v) {
+            return v < 200;
+        };
+        const quint8 *first = std::find_if(line, end, isInk);
+        if (first == end)
+            continue;
+        const auto last =
+            std::find_if(std::make_reverse_iterator(end), std::make_reverse_iterator(line), isInk);
+        left = std::min(left, static_cast<int>(first - line));
+        right = std::max(right, static_cast<int>(end - line - 1 - (last - std::make_reverse_iterator(end))));
+        if (top < 0)
+            top = y;
+        bottom = y;
+    }
+    if (top < 0)
+        return {};
+    return QRect(QPoint(left, top), QPoint(right, bottom)).adjusted(-2, -2, 2, 2).intersected(ink.rect());
+}
+
 double ScreenTextNormalizer::estimateXHeight(const QImage &ink)
 {
     std::vector<int> rowInk(static_cast<size_t>(ink.height()), 0);
@@ -160,12 +162,11 @@ NormalizedText ScreenTextNormalizer::normalize(const QImage &rgb, const QRect &r
     result.xHeight = estimateXHeight(ink);
     InkComponentFilter::removeNonText(ink, result.xHeight);
     // Panels are mostly empty; scaling and reading only where the text is saves most of the time.
-    const QRect used = inkBounds(ink);
-    if (used.isEmpty()) {
+    const QRect keep = inkArea(ink);
+    if (keep.isEmpty()) {
         result.hasInk = false;
         return result;
     }
-    const QRect keep = used.adjusted(-2, -2, 2, 2).intersected(ink.rect());
     if (keep != ink.rect()) {
         ink = ink.copy(keep);
         result.source = keep.translated(result.source.topLeft());

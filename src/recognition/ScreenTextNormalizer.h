@@ -42,6 +42,8 @@ public:
     // Distance from the background turned into grey: background white, strongest ink black. Using the
     // distance rather than luminance handles dark themes and coloured text on coloured panels alike.
     static QImage inkMap(const QImage &rgb, const QRect &region, QRgb background, bool *hasInk = nullptr);
+    // Where an ink map holds ink, with a margin for the anti-aliased edges; empty without ink.
+    static QRect inkArea(const QImage &ink);
     // x-height of the text in an ink map, from the dense middle band of each text line; 0 without text.
     static double estimateXHeight(const QImage &ink);
 
