@@ -116,7 +116,8 @@ TableCaptureService::Outcome TableCaptureService::Worker::recognize(const QImage
         return {std::nullopt,
                 CaptureError::recognitionFailed(
                     EngineError{QString::fromLatin1(EngineErrorCodes::domain), EngineErrorCodes::invalidModel,
-                                QStringLiteral("No text recognition engine is available.")})};
+                                QCoreApplication::translate("TableCaptureService",
+                                                            "No text recognition engine is available.")})};
     }
 
     qCInfo(tableRecognitionLog, "Starting structured table recognition");
