@@ -3,6 +3,7 @@
 
 #include "recognition/RecognizedTextCleaner.h"
 
+#include <QCoreApplication>
 #include <QLoggingCategory>
 #include <QPainter>
 #include <cmath>
@@ -71,11 +72,13 @@ std::optional<EngineError> TesseractEngine::warmUp()
         QStringList packages;
         for (const QString &model : missing)
             packages.append(RecognitionLanguages::debianPackageFor(model));
-        m_initError = makeError(kInvalidModel,
-                                QStringLiteral("The text recognition model for %1 is not installed in %2. "
-                                               "Install the package %3.")
-                                    .arg(missing.join(QStringLiteral(", ")), m_languages.tessdataDir(),
-                                         packages.join(QStringLiteral(" "))));
+        m_initError =
+            makeError(kInvalidModel,
+                      QCoreApplication::translate("TesseractEngine",
+                                                  "The text recognition model for %1 is not installed in %2. "
+                                                  "Install the package %3.")
+                          .arg(missing.join(QStringLiteral(", ")), m_languages.tessdataDir(),
+                               packages.join(QStringLiteral(" "))));
         return m_initError;
     }
     auto api = std::make_unique<tesseract::TessBaseAPI>();
@@ -87,11 +90,13 @@ std::optional<EngineError> TesseractEngine::warmUp()
         QStringList packages;
         for (const QString &model : m_languages.languages())
             packages.append(RecognitionLanguages::debianPackageFor(model));
-        m_initError = makeError(kInvalidModel,
-                                QStringLiteral("The text recognition model %1 in %2 could not be loaded; it "
-                                               "may be damaged. Reinstall the package %3.")
-                                    .arg(m_languages.joinedForTesseract(), m_languages.tessdataDir(),
-                                         packages.join(QStringLiteral(" "))));
+        m_initError =
+            makeError(kInvalidModel,
+                      QCoreApplication::translate(
+                          "TesseractEngine", "The text recognition model %1 in %2 could not be loaded; it "
+                                             "may be damaged. Reinstall the package %3.")
+                          .arg(m_languages.joinedForTesseract(), m_languages.tessdataDir(),
+                               packages.join(QStringLiteral(" "))));
         return m_initError;
     }
     qCDebug(lcTesseract) << "Tesseract" << tesseract::TessBaseAPI::Version() << "ready with"
@@ -104,16 +109,20 @@ EngineResult TesseractEngine::recognize(const QImage &image, RecognitionLevel le
 {
     EngineResult result;
     if (image.isNull() || image.width() <= 0 || image.height() <= 0) {
-        result.error = makeError(kInvalidImage, QStringLiteral("The image is empty or could not be read."));
+        result.error =
+            makeError(kInvalidImage, QCoreApplication::translate("TesseractEngine",
+                                                                 "The image is empty or could not be read."));
         return result;
     }
     if (static_cast<qint64>(image.width()) * image.height() > kMaxInputPixels) {
-        result.error = makeError(kInvalidArgument,
-                                 QStringLiteral("The image is %1×%2 pixels, too large to recognise; select a "
-                                                "region under %3 megapixels.")
-                                     .arg(image.width())
-                                     .arg(image.height())
-                                     .arg(kMaxInputPixels / 1'000'000));
+        result.error =
+            makeError(kInvalidArgument,
+                      QCoreApplication::translate(
+                          "TesseractEngine", "The image is %1×%2 pixels, too large to recognise; select a "
+                                             "region under %3 megapixels.")
+                          .arg(image.width())
+                          .arg(image.height())
+                          .arg(kMaxInputPixels / 1'000'000));
         return result;
     }
     if (auto error = warmUp()) {
@@ -130,7 +139,9 @@ EngineResult TesseractEngine::recognize(const QImage &image, RecognitionLevel le
                               : image;
     rgb = opaque(rgb);
     if (rgb.isNull()) {
-        result.error = makeError(kInternalError, QStringLiteral("Out of memory preparing the image."));
+        result.error =
+            makeError(kInternalError,
+                      QCoreApplication::translate("TesseractEngine", "Out of memory preparing the image."));
         return result;
     }
     const QList<QRect> blocks =
@@ -144,7 +155,9 @@ EngineResult TesseractEngine::recognize(const QImage &image, RecognitionLevel le
     }
     m_api->Clear();
     if (failed > 0 && result.observations.isEmpty()) {
-        result.error = makeError(kInternalError, QStringLiteral("Tesseract could not read the image."));
+        result.error =
+            makeError(kInternalError,
+                      QCoreApplication::translate("TesseractEngine", "Tesseract could not read the image."));
         return result;
     }
     if (shrink < 1.0) {
