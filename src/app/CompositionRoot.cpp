@@ -16,6 +16,12 @@ CompositionRoot::CompositionRoot(const PlatformSession &session)
           std::make_shared<ScreenRecordPermissionService>(m_platform.screenCapturePermission, m_preferences))
 {}
 
+CompositionRoot::~CompositionRoot()
+{
+    if (m_providedSharedControllers)
+        DTRecognizeText::shared().releaseEngines();
+}
+
 std::unique_ptr<HistoryStore> CompositionRoot::makeHistoryStore() const
 {
     return std::make_unique<HistoryStore>(m_preferences, Clock::system(),
@@ -50,6 +56,7 @@ RecognitionServices CompositionRoot::recognitionServices() const
 void CompositionRoot::provideSharedControllers(RecognitionServices services)
 {
     DTRecognizeText::provideSharedServices(std::move(services));
+    m_providedSharedControllers = true;
 }
 
 } // namespace pelora

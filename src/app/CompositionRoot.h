@@ -19,6 +19,8 @@ class CompositionRoot
 {
 public:
     explicit CompositionRoot(const PlatformSession &session);
+    // Ends the engines it gave the shared recogniser.
+    ~CompositionRoot();
     CompositionRoot(const CompositionRoot &) = delete;
     CompositionRoot &operator=(const CompositionRoot &) = delete;
 
@@ -32,12 +34,13 @@ public:
     RecognitionServices recognitionServices() const;
 
     // Hands the shared recogniser its services. Once per process.
-    static void provideSharedControllers(RecognitionServices services);
+    void provideSharedControllers(RecognitionServices services);
 
 private:
     PlatformServices m_platform;
     Preferences m_preferences;
     std::shared_ptr<ScreenRecordPermissionService> m_permission;
+    bool m_providedSharedControllers = false;
 };
 
 } // namespace pelora

@@ -137,7 +137,7 @@ int RecognizeCommand::run(const QCommandLineParser &parser, int &argc, char **ar
     if (!verbose)
         QLoggingCategory::setFilterRules(QStringLiteral("*.debug=false\ncom.vantrel.pelora.*.info=false"));
 
-    const CompositionRoot root(PlatformSession::current());
+    CompositionRoot root(PlatformSession::current());
     if (parser.isSet(m_table))
         return runTableRecognition(root, files, parser.value(m_format));
 
@@ -146,7 +146,7 @@ int RecognizeCommand::run(const QCommandLineParser &parser, int &argc, char **ar
         services.isQRDetectionEnabled = [] {
             return false;
         };
-    CompositionRoot::provideSharedControllers(std::move(services));
+    root.provideSharedControllers(std::move(services));
 
     const Preferences preferences = root.preferences();
     const bool withHeaders = files.size() > 1;

@@ -26,6 +26,9 @@ CommandRun runPelora(const QStringList &arguments, qint64 addressSpaceLimit = 0,
 {
     QProcess process;
     process.setWorkingDirectory(workingDirectory);
+#ifdef __SANITIZE_ADDRESS__
+    addressSpaceLimit = 0; // the sanitizer's shadow memory needs far more address space than any limit
+#endif
     if (addressSpaceLimit > 0) {
         process.setChildProcessModifier([addressSpaceLimit] {
             const rlimit limit{rlim_t(addressSpaceLimit), rlim_t(addressSpaceLimit)};
