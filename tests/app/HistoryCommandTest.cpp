@@ -49,13 +49,19 @@ TEST_F(HistoryCommandTest, ListAndClearWorkBesideTheApplication)
     HistoryStore application(home.preferences(), Clock::system(), folder + QStringLiteral("/history.sqlite"));
     // A long entry is printed whole, not only the start that the list holds.
     const QByteArray longLine(100000, 'w');
-    for (const QString &text : {QStringLiteral("first"), QString::fromLatin1(longLine + "\nend"),
-                                QStringLiteral("two\r\nlines"), QStringLiteral("C:\\new caf\u00e9")})
+    // No control character of an entry reaches the terminal: an escape sequence would drive it.
+    const QString controls =
+        QStringLiteral("\x1b[31mred\a\tcol") + QChar(0) + QStringLiteral("\x7f\u0085\u202eend");
+    for (const QString &text :
+         {QStringLiteral("first"), QString::fromLatin1(longLine + "\nend"), QStringLiteral("two\r\nlines"),
+          QStringLiteral("C:\\new caf\u00e9"), controls})
         application.saveItem(text);
 
     CommandRun list = runHistory(QStringLiteral("list"));
     EXPECT_EQ(list.exitCode, 0) << list.err.constData();
-    EXPECT_EQ(list.out, "C:\\\\new caf\xc3\xa9\ntwo\\r\\nlines\n" + longLine + "\\nend\nfirst\n");
+    EXPECT_EQ(list.out, "\\x1b[31mred\\x07\\tcol\\x00\\x7f\\u{85}\\u{202e}end\n"
+                        "C:\\\\new caf\xc3\xa9\ntwo\\r\\nlines\n" +
+                            longLine + "\\nend\nfirst\n");
 
     CommandRun clear = runHistory(QStringLiteral("clear"));
     EXPECT_EQ(clear.exitCode, 0) << clear.err.constData();

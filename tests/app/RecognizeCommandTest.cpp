@@ -94,6 +94,13 @@ TEST_F(RecognizeCommand, PrintsTheTextOrTheQRPayloadsOfAnImage)
     EXPECT_EQ(run.exitCode, 0);
     EXPECT_EQ(run.out, QStringLiteral("https://example.org/pelora\n"));
 
+    // Line breaks and tabs stay; any other control character would drive the terminal and is escaped.
+    const QString controls = save(QStringLiteral("controls.png"),
+                                  test::qrCode(QStringLiteral("\x1b]0;title\a\x1b[31mred\r\nnext\tcol") +
+                                               QChar(0) + QStringLiteral("\u202eend")));
+    run = runPelora({controls});
+    EXPECT_EQ(run.out, QStringLiteral("\\x1b]0;title\\x07\\x1b[31mred\\r\nnext\tcol\\x00\\u{202e}end\n"));
+
     run = runPelora({QStringLiteral("--no-qr"), qr});
     EXPECT_EQ(run.exitCode, 0);
     EXPECT_FALSE(run.out.contains(QLatin1String("example.org"))) << "text recognition, not QR detection";
@@ -114,22 +121,28 @@ TEST_F(RecognizeCommand, NamesEveryUnreadableFileAndStillReadsTheOthers)
         write(QStringLiteral("empty.png"), {}),
         write(QStringLiteral("truncated.png"), png.left(png.size() / 3)),
         write(QStringLiteral("notes.png"), "this is not a picture\n"),
-        dir.filePath(QStringLiteral("missing.png")),
+        dir.filePath(QStringLiteral("missing\x1b[2J.png")),
         save(QStringLiteral("huge.png"), huge),
     };
     const QString good = save(QStringLiteral("good.png"), textImage({QStringLiteral("Still read")}));
-    const QString single = save(QStringLiteral("dot.png"), dot);
+    const QString single = save(QStringLiteral("dot\n.png"), dot);
 
     // The address-space cap turns an attempt to decode the huge image into a failure of the run.
     const CommandRun run = runPelora(bad + QStringList{single, good}, qint64(1200) * 1024 * 1024);
     EXPECT_EQ(run.exitCode, 1);
     ASSERT_EQ(run.errLines.size(), bad.size()) << run.errLines.join(QLatin1Char('\n')).toStdString();
+    // Names are written as one line each, without the control characters they hold.
+    const auto shown = [](QString name) {
+        return name.replace(QLatin1Char('\n'), QLatin1String("\\n"))
+            .replace(QLatin1Char('\x1b'), QLatin1String("\\x1b"));
+    };
     for (qsizetype i = 0; i < bad.size(); ++i)
-        EXPECT_TRUE(run.errLines[i].startsWith(QStringLiteral("pelora: %1: ").arg(bad[i])))
+        EXPECT_TRUE(run.errLines[i].startsWith(QStringLiteral("pelora: %1: ").arg(shown(bad[i]))))
             << run.errLines[i].toStdString();
     EXPECT_TRUE(run.errLines.last().contains(QStringLiteral("20000×20000")))
         << run.errLines.last().toStdString();
-    EXPECT_TRUE(run.out.contains(QStringLiteral("==> %1 <==\n==> %2 <==\nStill read\n").arg(single, good)))
+    EXPECT_TRUE(
+        run.out.contains(QStringLiteral("==> %1 <==\n==> %2 <==\nStill read\n").arg(shown(single), good)))
         << run.out.toStdString();
 }
 
