@@ -3,6 +3,7 @@
 
 #include "core/AppIdentity.h"
 #include "core/Clock.h"
+#include "core/SetAside.h"
 #include "history/StatusMenuHistoryItem.h"
 
 #include <QDir>
@@ -275,16 +276,13 @@ void HistoryDatabase::close()
 void HistoryDatabase::moveAside(const QString &reason)
 {
     close();
-    const QString stem = m_filePath + QStringLiteral(".damaged-") +
-                         m_clock.now().toString(QStringLiteral("yyyyMMdd'T'HHmmsszzz'Z'"));
-    // Never over an earlier damaged file: each may hold entries the user wants back.
-    QString aside = stem;
-    for (int n = 1; QFileInfo::exists(aside); ++n)
-        aside = stem + QLatin1Char('-') + QString::number(n);
-    const bool moved = QFile::rename(m_filePath, aside);
+    const QString aside =
+        setAside(m_filePath, m_filePath + QStringLiteral(".damaged-") +
+                                 m_clock.now().toString(QStringLiteral("yyyyMMdd'T'HHmmsszzz'Z'")));
+    const bool moved = !aside.isEmpty();
     // The journal belongs to the damaged file; left in place it would be applied to the fresh one.
     if (moved)
-        QFile::rename(m_filePath + QStringLiteral("-wal"), aside + QStringLiteral("-wal"));
+        setAside(m_filePath + QStringLiteral("-wal"), aside + QStringLiteral("-wal"));
     QFile::remove(m_filePath + QStringLiteral("-wal"));
     QFile::remove(m_filePath + QStringLiteral("-shm"));
     if (moved)

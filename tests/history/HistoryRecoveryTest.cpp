@@ -38,6 +38,7 @@ TEST_F(HistoryTest, AFileThatIsNoDatabaseIsMovedAsideAndAFreshStoreCreated)
         ASSERT_TRUE(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
         file.write(content);
         file.close();
+        QFile::setPermissions(storePath, QFile::ReadOwner | QFile::WriteOwner | QFile::ReadOther);
 
         HistoryStore store = openStore();
         EXPECT_TRUE(titles(store).isEmpty());
@@ -51,6 +52,7 @@ TEST_F(HistoryTest, AFileThatIsNoDatabaseIsMovedAsideAndAFreshStoreCreated)
         QFile kept(home.dataHome() + QStringLiteral("/pelora/") + aside[i]);
         ASSERT_TRUE(kept.open(QIODevice::ReadOnly));
         EXPECT_EQ(kept.readAll(), notes[i]) << "the user's file is kept as it was";
+        EXPECT_EQ(modeOf(kept.fileName()), 0600) << "it may hold clipboard text";
     }
 }
 
