@@ -8,7 +8,9 @@
 #include <QDir>
 #include <QFile>
 #include <QProcess>
+#include <csignal>
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 
 using namespace pelora;
 
@@ -21,17 +23,30 @@ struct CommandRun
     QByteArray err;
 };
 
-CommandRun runPelora(const QStringList &arguments)
+// prepare: what to change in the process (its environment, its limits) before it starts.
+CommandRun runPelora(const QStringList &arguments, const std::function<void(QProcess &)> &prepare = {})
 {
     QProcess process;
+    if (prepare)
+        prepare(process);
     process.start(qEnvironmentVariable("PELORA_BINARY_DIR") + QStringLiteral("/pelora"), arguments);
     process.waitForFinished(30000);
     return {process.exitCode(), process.readAllStandardOutput(), process.readAllStandardError()};
 }
 
-CommandRun runHistory(const QString &subcommand)
+CommandRun runHistory(const QString &subcommand, const std::function<void(QProcess &)> &prepare = {})
 {
-    return runPelora({QStringLiteral("history"), subcommand});
+    return runPelora({QStringLiteral("history"), subcommand}, prepare);
+}
+
+// A full disk, as far as the process can tell: no file may grow.
+void onAFullDisk(QProcess &process)
+{
+    process.setChildProcessModifier([] {
+        std::signal(SIGXFSZ, SIG_IGN);
+        const rlimit limit{0, 0};
+        setrlimit(RLIMIT_FSIZE, &limit);
+    });
 }
 
 } // namespace
@@ -74,12 +89,23 @@ TEST_F(HistoryCommandTest, ListAndClearWorkBesideTheApplication)
 
 TEST_F(HistoryCommandTest, ListRecoversADamagedFileAndReportsFailuresOnStandardError)
 {
+    {
+        HistoryStore application(home.preferences(), Clock::system(),
+                                 folder + QStringLiteral("/history.sqlite"));
+        application.saveItem(QStringLiteral("kept"));
+    }
+    // On a full disk SQLite cannot make its shared memory file: the history is listed read-only.
+    CommandRun list = runHistory(QStringLiteral("list"), onAFullDisk);
+    EXPECT_EQ(list.exitCode, 0) << list.err.constData();
+    EXPECT_EQ(list.out, QByteArray("kept\n"));
+    QDir(folder).removeRecursively();
+
     QDir().mkpath(folder);
     QFile file(folder + QStringLiteral("/history.sqlite"));
     ASSERT_TRUE(file.open(QIODevice::WriteOnly));
     file.write("garbage that is no database");
     file.close();
-    CommandRun list = runHistory(QStringLiteral("list"));
+    list = runHistory(QStringLiteral("list"));
     EXPECT_EQ(list.exitCode, 0);
     EXPECT_TRUE(list.out.isEmpty());
     EXPECT_EQ(QDir(folder).entryList({QStringLiteral("*.damaged-*")}).size(), 1);

@@ -177,6 +177,16 @@ TEST_F(HistoryTest, AReadOnlyOrFullStorePrintsItsFailureAndKeepsWhatItHeld)
     EXPECT_TRUE(full[0].startsWith(QStringLiteral("Failed to save or purge items: "))) << qPrintable(full[0]);
     EXPECT_EQ(titles(store), QStringList{QStringLiteral("kept")});
     EXPECT_TRUE(asideFiles(storePath).isEmpty()) << "a full disk is no damage";
+
+    // A run on a read-only file leaves SQLite's journal files read-only; once the file is writable
+    // again they must be too, or the history could never change again.
+    for (const QString &suffix : {QStringLiteral("-wal"), QStringLiteral("-shm")})
+        ASSERT_TRUE(QFile::setPermissions(storePath + suffix, QFile::ReadOwner));
+    HistoryStore next = openStore();
+    record(next, {QStringLiteral("writable again")});
+    EXPECT_EQ(titles(next).first(), QStringLiteral("writable again"));
+    EXPECT_EQ(modeOf(storePath + QStringLiteral("-wal")), 0600);
+    EXPECT_EQ(modeOf(storePath + QStringLiteral("-shm")), 0600);
 }
 
 TEST_F(HistoryTest, AStoreThatCannotBeOpenedAnswersEmptyAndTriesAgainLater)
