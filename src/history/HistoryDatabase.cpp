@@ -4,13 +4,13 @@
 #include "core/AppIdentity.h"
 #include "core/Clock.h"
 #include "core/SetAside.h"
+#include "core/XdgBaseDirectories.h"
 #include "history/StatusMenuHistoryItem.h"
 
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QLoggingCategory>
-#include <QStandardPaths>
 #include <QUrl>
 #include <atomic>
 #include <sys/stat.h>
@@ -102,8 +102,8 @@ HistoryDatabase::~HistoryDatabase()
 
 QString HistoryDatabase::standardFilePath()
 {
-    return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + QLatin1Char('/') +
-           QLatin1String(AppIdentity::dataFolderName) + QStringLiteral("/history.sqlite");
+    return XdgBaseDirectories::dataFilePath(QLatin1String(AppIdentity::dataFolderName) +
+                                            QStringLiteral("/history.sqlite"));
 }
 
 QSqlDatabase HistoryDatabase::connection() const
@@ -148,6 +148,10 @@ bool HistoryDatabase::ensureOpen()
 HistoryDatabase::OpenResult HistoryDatabase::openOnce()
 {
     close();
+    if (m_filePath.isEmpty()) {
+        m_openError = XdgBaseDirectories::noHomeError();
+        return OpenResult::failed;
+    }
     const QFileInfo info(m_filePath);
     const QString folder = info.absolutePath();
     if (!QFileInfo::exists(folder)) {

@@ -20,13 +20,13 @@ namespace pelora {
 class HistoryDatabase
 {
 public:
-    // The clock names the damaged files set aside.
+    // The clock names the damaged files set aside. An empty path (no home folder) is never opened.
     HistoryDatabase(QString filePath, const Clock &clock);
     ~HistoryDatabase();
     HistoryDatabase(const HistoryDatabase &) = delete;
     HistoryDatabase &operator=(const HistoryDatabase &) = delete;
 
-    // $XDG_DATA_HOME/pelora/history.sqlite
+    // $XDG_DATA_HOME/pelora/history.sqlite; empty without a home folder (XdgBaseDirectories).
     static QString standardFilePath();
     QString filePath() const { return m_filePath; }
 

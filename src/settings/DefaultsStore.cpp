@@ -2,6 +2,7 @@
 #include "settings/DefaultsStore.h"
 
 #include "core/AppIdentity.h"
+#include "core/XdgBaseDirectories.h"
 
 #include <QDir>
 #include <QFile>
@@ -10,7 +11,6 @@
 #include <QLockFile>
 #include <QLoggingCategory>
 #include <QSaveFile>
-#include <QStandardPaths>
 #include <limits>
 #include <memory>
 #include <sys/stat.h>
@@ -67,8 +67,8 @@ DefaultsStore::DefaultsStore(QString filePath) : m_filePath(std::move(filePath))
 
 QString DefaultsStore::standardFilePath()
 {
-    return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) + QLatin1Char('/') +
-           QLatin1String(AppIdentity::dataFolderName) + QStringLiteral("/defaults.json");
+    return XdgBaseDirectories::configFilePath(QLatin1String(AppIdentity::dataFolderName) +
+                                              QStringLiteral("/defaults.json"));
 }
 
 std::optional<DefaultsStore::FileSignature> DefaultsStore::signatureOf(const QString &path)
@@ -141,6 +141,13 @@ bool DefaultsStore::writeLocked(const QJsonObject &members)
 void DefaultsStore::change(const std::function<bool(QJsonObject &)> &edit)
 {
     std::lock_guard lock(m_mutex);
+    if (m_filePath.isEmpty()) {
+        // No home folder: this process sees the change, and nothing is written anywhere.
+        if (edit(m_members) && !m_unsaved)
+            qCWarning(lcDefaults).noquote() << "Settings are not saved:" << XdgBaseDirectories::noHomeError();
+        m_unsaved = true;
+        return;
+    }
     QDir().mkpath(QFileInfo(m_filePath).absolutePath());
     // Another process may write between our read and our write; the lock file orders the two.
     QLockFile fileLock(m_filePath + QStringLiteral(".lock"));

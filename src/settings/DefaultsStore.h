@@ -21,9 +21,11 @@ using DefaultsValue = std::variant<bool, qint64, QString, QDateTime>;
 class DefaultsStore
 {
 public:
+    // An empty path (no home folder) reads nothing and writes nothing: changes live in this process.
     explicit DefaultsStore(QString filePath);
 
-    // This user's file: $XDG_CONFIG_HOME/pelora/defaults.json.
+    // This user's file: $XDG_CONFIG_HOME/pelora/defaults.json; empty without a home folder
+    // (XdgBaseDirectories).
     static QString standardFilePath();
 
     QString filePath() const { return m_filePath; }

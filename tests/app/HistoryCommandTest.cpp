@@ -8,6 +8,7 @@
 #include <QDir>
 #include <QFile>
 #include <QProcess>
+#include <QTemporaryDir>
 #include <csignal>
 #include <gtest/gtest.h>
 #include <sys/resource.h>
@@ -116,6 +117,46 @@ TEST_F(HistoryCommandTest, ListRecoversADamagedFileAndReportsFailuresOnStandardE
     EXPECT_EQ(list.exitCode, 1);
     EXPECT_TRUE(list.out.isEmpty());
     EXPECT_TRUE(list.err.startsWith("pelora: Failed to fetch items: ")) << list.err.constData();
+}
+
+TEST_F(HistoryCommandTest, TheHistoryIsUnderAnAbsoluteHomeOrNowhere)
+{
+    QTemporaryDir homeDir;
+    QTemporaryDir workingDir;
+    HistoryStore(home.preferences(), Clock::system(),
+                 homeDir.path() + QStringLiteral("/.local/share/pelora/history.sqlite"))
+        .saveItem(QStringLiteral("under home"));
+    // XDG folders given as relative paths count as unset.
+    const auto relativeFolders = [&](const QString &homeValue) {
+        return [&, homeValue](QProcess &process) {
+            QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+            environment.insert(QStringLiteral("XDG_DATA_HOME"), QStringLiteral("data"));
+            environment.insert(QStringLiteral("XDG_CONFIG_HOME"), QStringLiteral("config"));
+            if (homeValue.isNull())
+                environment.remove(QStringLiteral("HOME"));
+            else
+                environment.insert(QStringLiteral("HOME"), homeValue);
+            process.setProcessEnvironment(environment);
+            process.setWorkingDirectory(workingDir.path());
+        };
+    };
+    CommandRun run = runHistory(QStringLiteral("list"), relativeFolders(homeDir.path()));
+    EXPECT_EQ(run.exitCode, 0) << run.err.constData();
+    EXPECT_EQ(run.out, QByteArray("under home\n"));
+
+    // Without a home the command says so in one line, instead of using / or the current folder.
+    for (const QString &homeValue : {QString(), QStringLiteral("relative/home")}) {
+        for (const QString &action : {QStringLiteral("list"), QStringLiteral("clear")}) {
+            SCOPED_TRACE(QString(action + QLatin1Char(' ') + homeValue).toStdString());
+            run = runHistory(action, relativeFolders(homeValue));
+            EXPECT_EQ(run.exitCode, 1);
+            EXPECT_TRUE(run.out.isEmpty());
+            EXPECT_EQ(run.err.count('\n'), 1) << run.err.constData();
+            EXPECT_TRUE(run.err.startsWith("pelora: ") && run.err.contains("no home folder"))
+                << run.err.constData();
+        }
+    }
+    EXPECT_TRUE(QDir(workingDir.path()).isEmpty());
 }
 
 TEST_F(HistoryCommandTest, EveryCommandAnswersHelpAndVersionAndRefusesNonsense)

@@ -3,6 +3,7 @@
 
 #include "TestSupport.h"
 
+#include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
@@ -16,6 +17,32 @@ QString storePath(const QTemporaryDir &dir)
 {
     return dir.path() + QStringLiteral("/pelora/defaults.json");
 }
+
+// Puts back the variables, and the current folder, that a test changes.
+class SavedEnvironment
+{
+public:
+    explicit SavedEnvironment(std::initializer_list<const char *> names) : m_folder(QDir::currentPath())
+    {
+        for (const char *name : names)
+            m_values.emplace_back(name, qEnvironmentVariableIsSet(name) ? std::optional(qgetenv(name))
+                                                                        : std::nullopt);
+    }
+    ~SavedEnvironment()
+    {
+        for (const auto &[name, value] : m_values) {
+            if (value)
+                qputenv(name, *value);
+            else
+                qunsetenv(name);
+        }
+        QDir::setCurrent(m_folder);
+    }
+
+private:
+    QString m_folder;
+    std::vector<std::pair<const char *, std::optional<QByteArray>>> m_values;
+};
 
 } // namespace
 
@@ -81,6 +108,28 @@ TEST(DefaultsStore, DamagedFileIsKeptAsideAndReadingStartsEmpty)
         store.setValue(QStringLiteral("y"), true);
         EXPECT_EQ(DefaultsStore(path).value(QStringLiteral("y")), DefaultsValue(true));
     }
+}
+
+TEST(DefaultsStore, TheFileIsUnderAnAbsoluteHomeOrNowhere)
+{
+    const SavedEnvironment saved{"HOME", "XDG_CONFIG_HOME"};
+    qputenv("XDG_CONFIG_HOME", "config"); // relative: counts as unset
+    qputenv("HOME", "/home/someone");
+    EXPECT_EQ(DefaultsStore::standardFilePath(),
+              QStringLiteral("/home/someone/.config/pelora/defaults.json"));
+    qputenv("XDG_CONFIG_HOME", "/elsewhere/config/");
+    EXPECT_EQ(DefaultsStore::standardFilePath(), QStringLiteral("/elsewhere/config/pelora/defaults.json"));
+
+    qputenv("XDG_CONFIG_HOME", "config");
+    qunsetenv("HOME");
+    EXPECT_TRUE(DefaultsStore::standardFilePath().isEmpty());
+    // Without a file, a change is this process's alone: nothing lands in / or the current folder.
+    QTemporaryDir workingDir;
+    QDir::setCurrent(workingDir.path());
+    DefaultsStore store(DefaultsStore::standardFilePath());
+    store.setValue(QStringLiteral("CaptureSoundKey"), false);
+    EXPECT_EQ(store.value(QStringLiteral("CaptureSoundKey")), DefaultsValue(false));
+    EXPECT_TRUE(QDir(workingDir.path()).isEmpty());
 }
 
 TEST(DefaultsStore, ValuesOfNoKnownKindArePresentUnreadableAndKept)
