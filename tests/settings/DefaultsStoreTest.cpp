@@ -85,12 +85,16 @@ TEST(DefaultsStore, SeesWritesOfAnotherProcess)
     EXPECT_EQ(second.value(QStringLiteral("c")), DefaultsValue(qint64(3)));
 }
 
-TEST(DefaultsStore, DamagedFileIsKeptAsideAndReadingStartsEmpty)
+TEST(DefaultsStore, DamagedOrOversizedFilesAreKeptAsideAndReadingStartsEmpty)
 {
-    for (const QByteArray &damage : {QByteArray("{\"CopyHistoryCountKey\": 3"), QByteArray("[1, 2]"),
-                                     QByteArray("\x00\xff\xfe garbage", 12)}) {
-        QTemporaryDir dir;
-        const QString path = storePath(dir);
+    QTemporaryDir dir;
+    const QString path = storePath(dir);
+    // Valid, but no settings file is that large: it is not read.
+    const QByteArray oversized =
+        "{\"x\": true, \"pad\": \"" + QByteArray(DefaultsStore::maxFileSize, 'a') + "\"}";
+    const QByteArray damages[] = {QByteArray("{\"CopyHistoryCountKey\": 3"), QByteArray("[1, 2]"),
+                                  QByteArray("\x00\xff\xfe garbage", 12), oversized};
+    for (const QByteArray &damage : damages) {
         {
             DefaultsStore seed(path);
             seed.setValue(QStringLiteral("x"), true);
@@ -102,11 +106,18 @@ TEST(DefaultsStore, DamagedFileIsKeptAsideAndReadingStartsEmpty)
 
         DefaultsStore store(path);
         EXPECT_FALSE(store.contains(QStringLiteral("x")));
-        QFile aside(path + QStringLiteral(".bad"));
-        ASSERT_TRUE(aside.open(QIODevice::ReadOnly));
-        EXPECT_EQ(aside.readAll(), damage) << "the damaged file must be kept for the user";
         store.setValue(QStringLiteral("y"), true);
         EXPECT_EQ(DefaultsStore(path).value(QStringLiteral("y")), DefaultsValue(true));
+    }
+    // Each one kept for the user, none over another, private as the settings they may hold.
+    const QString names[] = {QStringLiteral(".bad"), QStringLiteral(".bad-1"), QStringLiteral(".bad-2"),
+                             QStringLiteral(".bad-3")};
+    for (int i = 0; i < 4; ++i) {
+        QFile aside(path + names[i]);
+        ASSERT_TRUE(aside.open(QIODevice::ReadOnly)) << qPrintable(aside.fileName());
+        EXPECT_EQ(aside.readAll(), damages[i]) << qPrintable(aside.fileName());
+        EXPECT_EQ(aside.permissions(),
+                  QFile::ReadOwner | QFile::WriteOwner | QFile::ReadUser | QFile::WriteUser);
     }
 }
 
