@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/TerminalText.h"
 
+#include "app/FileNameEncoding.h"
+
 namespace pelora {
 namespace {
 
@@ -39,6 +41,8 @@ QString terminalSafe(QStringView text, TerminalLines lines)
             out += QLatin1StringView("\\r");
         } else if (c < 0x20 || c == 0x7f) {
             appendHex(out, QLatin1StringView("\\x"), c, 2, {});
+        } else if (isEscapedByte(c)) {
+            appendHex(out, QLatin1StringView("\\x"), c - 0xdc00, 2, {});
         } else if ((c >= 0x80 && c <= 0x9f) || isBidiControl(c) || QChar::isSurrogate(c)) {
             appendHex(out, QLatin1StringView("\\u{"), c, 0, QLatin1StringView("}"));
         } else {

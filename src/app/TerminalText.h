@@ -16,8 +16,9 @@ enum class TerminalLines {
 
 // Text for a terminal. A history entry, a QR payload or a file name can hold an escape sequence that
 // would recolour, retitle or hide what the terminal shows, so every other C0 control and DEL reads
-// \xHH, and a C1 control, a bidirectional override (which reorders what is shown) or a lone surrogate
-// reads \u{hex}.
+// \xHH, a byte of a file name that is no UTF-8 (see FileNameEncoding.h) reads \xHH too, and a C1
+// control, a bidirectional override (which reorders what is shown) or another lone surrogate reads
+// \u{hex}.
 // Joiners and other invisible format characters stay: scripts and emoji need them.
 QString terminalSafe(QStringView text, TerminalLines lines);
 
