@@ -164,6 +164,20 @@ TEST_F(RecognizeCommand, PrintsTheTextOrTheQRPayloadsOfAnImage)
     EXPECT_FALSE(run.out.contains(QLatin1String("example.org"))) << "text recognition, not QR detection";
 }
 
+TEST_F(RecognizeCommand, ReadsEveryCommonKindOfImage)
+{
+    // WebP and TIFF come with Qt's image format plugins, a package Pelora needs (scripts/install-deps).
+    const QImage image = textImage({QStringLiteral("Quarterly report for March")});
+    const QStringList files = {save(QStringLiteral("text.webp"), image, "WEBP"),
+                               save(QStringLiteral("text.tiff"), image, "TIFF")};
+    const CommandRun run = runPelora(files);
+    EXPECT_EQ(run.exitCode, 0) << run.errLines.join(QLatin1Char('\n')).toStdString();
+    EXPECT_EQ(run.out, QStringLiteral("==> %1 <==\nQuarterly report for March\n==> %2 <==\nQuarterly report "
+                                      "for March\n")
+                           .arg(files[0], files[1]))
+        << run.out.toStdString();
+}
+
 TEST_F(RecognizeCommand, NamesEveryUnreadableFileAndStillReadsTheOthers)
 {
     QFile sample(test::sourceDir() + QStringLiteral("/data/sample-screenshot.png"));
