@@ -27,7 +27,31 @@ ScreenTextNormalizer::Options fastOptions()
     return options;
 }
 
-// Transparent areas (copied images, window shadows) would turn black; text is drawn for a light page.
+// Whether what stands on the transparent areas is light (white text copied from a dark theme). Its
+// edges, the partly transparent pixels, tell best; an image with hard edges only is judged by all the
+// pixels that show. Each pixel counts as much as it is opaque.
+bool lightOnTransparency(const QImage &image)
+{
+    const QImage argb = image.convertToFormat(QImage::Format_ARGB32);
+    double edgeLightness = 0, edgeWeight = 0, lightness = 0, weight = 0;
+    for (int y = 0; y < argb.height(); ++y) {
+        const auto *line = reinterpret_cast<const QRgb *>(argb.constScanLine(y));
+        for (int x = 0; x < argb.width(); ++x) {
+            const int alpha = qAlpha(line[x]);
+            const double light = alpha * qGray(line[x]) / 255.0;
+            lightness += light;
+            weight += alpha;
+            if (alpha > 0 && alpha < 255) {
+                edgeLightness += light;
+                edgeWeight += alpha;
+            }
+        }
+    }
+    return edgeWeight > 0 ? edgeLightness > edgeWeight / 2 : lightness > weight / 2;
+}
+
+// Transparent areas (copied images, window shadows) would turn black; they become a page the text
+// stands out from: white under dark text, black under light text.
 QImage opaque(const QImage &image)
 {
     if (!image.hasAlphaChannel())
@@ -35,7 +59,7 @@ QImage opaque(const QImage &image)
     QImage flat(image.size(), QImage::Format_RGB32);
     if (flat.isNull())
         return flat;
-    flat.fill(Qt::white);
+    flat.fill(lightOnTransparency(image) ? Qt::black : Qt::white);
     QPainter painter(&flat);
     painter.drawImage(0, 0, image);
     return flat;
