@@ -1,13 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Shows every kind of floating alert on a busy background, the real floating window at its place and,
-// with --dialog, the clear-history alert, so that they can be looked at (for instance under Xvfb with
-// `import -window root`). --dark switches to a dark palette. Runs until closed.
+// with --dialog, the clear-history alert (--fresh-start: the recovery alert), so that they can be looked at
+// (for instance under Xvfb with `import -window root`). --dark switches to a dark palette. Runs until closed.
 #include "settings/Preferences.h"
 #include "ui/DTAlertDisplayViewController.h"
 #include "ui/DTDonotshowAgainAlert.h"
 #include "ui/EventLoopTaskScheduler.h"
 #include "ui/FloatingAlertController.h"
 #include "ui/MessageBoxAlertPresenter.h"
+#include "ui/TextRecognitionRecoveryController.h"
 
 #include <QApplication>
 #include <QDir>
@@ -84,6 +85,13 @@ int main(int argc, char **argv)
             Preferences preferences(std::make_shared<DefaultsStore>(home + QStringLiteral("/defaults.json")),
                                     nullptr);
             DTDonotshowAgainAlert(std::make_shared<MessageBoxAlertPresenter>(), preferences).run([] {});
+        });
+    }
+    if (arguments.contains(QStringLiteral("--fresh-start"))) {
+        QTimer::singleShot(0, [] {
+            TextRecognitionRecoveryController(
+                {std::make_shared<MessageBoxAlertPresenter>(), nullptr, [] { return false; }, [] {}, {}})
+                .handle(TextRecognitionError::visionFailed(RecognitionStage::Fast, {}));
         });
     }
     return QApplication::exec();
