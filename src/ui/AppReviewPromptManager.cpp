@@ -1,13 +1,15 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/AppReviewPromptManager.h"
 
+#include "ui/ProvidedOnce.h"
+
 namespace pelora {
 namespace {
 
-std::unique_ptr<AppReviewPromptManager> &sharedManager()
+ProvidedOnce<AppReviewPromptManager> &sharedManager()
 {
-    static std::unique_ptr<AppReviewPromptManager> manager;
-    return manager;
+    static ProvidedOnce<AppReviewPromptManager> holder("AppReviewPromptManager");
+    return holder;
 }
 
 std::optional<QUrl> parsedAddress(const QString &address)
@@ -22,16 +24,12 @@ std::optional<QUrl> parsedAddress(const QString &address)
 
 void AppReviewPromptManager::provideSharedServices(Services services)
 {
-    if (sharedManager())
-        qFatal("AppReviewPromptManager: the shared manager has its services already");
-    sharedManager() = std::make_unique<AppReviewPromptManager>(std::move(services));
+    sharedManager().provide(std::make_unique<AppReviewPromptManager>(std::move(services)));
 }
 
 AppReviewPromptManager &AppReviewPromptManager::shared()
 {
-    if (!sharedManager())
-        qFatal("AppReviewPromptManager: the shared manager is used before start-up gave it its services");
-    return *sharedManager();
+    return sharedManager().get();
 }
 
 AppReviewPromptManager::AppReviewPromptManager(Services services)

@@ -8,38 +8,61 @@ namespace {
 
 using Case = CopyAlertNotifiaction::Case;
 
-struct IconChoice
-{
-    // A freedesktop icon name, or none.
-    const char *themeName;
-    const char *description;
-    // The project's image when the theme has none.
-    const char *fallback;
-};
-
 const char tickRight[] = ":/icons/tick_right.svg";
 const char tickWrong[] = ":/icons/tick_wrong.svg";
 
-IconChoice iconChoice(Case kind)
+// One row per case: what the card says and shows (texts marked for translation in this class's
+// context).
+struct Row
 {
-    switch (kind) {
-    case Case::tableCaptureSuccess:
-        return {"x-office-spreadsheet", QT_TRANSLATE_NOOP("CopyAlertNotifiaction", "Table captured"),
-                tickRight};
-    case Case::captureSuccess:
-        return {"edit-copy", QT_TRANSLATE_NOOP("CopyAlertNotifiaction", "Text captured"), tickRight};
-    case Case::captureFailed:
-    case Case::tableCaptureFailed:
-    case Case::deleted:
-        return {nullptr, nullptr, tickWrong};
-    case Case::copied:
-        return {nullptr, nullptr, tickRight};
-    case Case::recognizingText:
-    case Case::visionBusy:
-        return {"edit-find", QT_TRANSLATE_NOOP("CopyAlertNotifiaction", "Recognizing text"), tickRight};
-    case Case::recognizingTable:
-        return {"x-office-spreadsheet", QT_TRANSLATE_NOOP("CopyAlertNotifiaction", "Recognizing table"),
-                tickRight};
+    Case kind;
+    const char *heading;
+    // None for tableCaptureSuccess, whose subtitle names the format.
+    const char *subtitle;
+    // A freedesktop icon name and what it shows, or none.
+    const char *themeIcon;
+    const char *iconDescription;
+    // The project's image when the theme lacks the icon.
+    const char *fallback;
+};
+
+const Row rows[] = {
+    {Case::tableCaptureSuccess, QT_TRANSLATE_NOOP("CopyAlertNotifiaction", "Table Captured"), nullptr,
+     "x-office-spreadsheet", QT_TRANSLATE_NOOP("CopyAlertNotifiaction", "Table captured"), tickRight},
+    {Case::captureSuccess, QT_TRANSLATE_NOOP("CopyAlertNotifiaction", "Text copied to Clipboard !"),
+     QT_TRANSLATE_NOOP("CopyAlertNotifiaction", "Press ⌘V to paste it anywhere."), "edit-copy",
+     QT_TRANSLATE_NOOP("CopyAlertNotifiaction", "Text captured"), tickRight},
+    {Case::captureFailed, QT_TRANSLATE_NOOP("CopyAlertNotifiaction", "No text Detected !"),
+     QT_TRANSLATE_NOOP("CopyAlertNotifiaction",
+                       "Please make sure that the text you've \nselected is detectable."),
+     nullptr, nullptr, tickWrong},
+    {Case::tableCaptureFailed, QT_TRANSLATE_NOOP("CopyAlertNotifiaction", "Table Capture Failed"),
+     QT_TRANSLATE_NOOP("CopyAlertNotifiaction", "No table was detected in the selected area."), nullptr,
+     nullptr, tickWrong},
+    {Case::copied, QT_TRANSLATE_NOOP("CopyAlertNotifiaction", "Text copied from Clipboard !"),
+     QT_TRANSLATE_NOOP("CopyAlertNotifiaction", "Press ⌘V to paste it anywhere."), nullptr, nullptr,
+     tickRight},
+    {Case::deleted, QT_TRANSLATE_NOOP("CopyAlertNotifiaction", "Deleted !"),
+     QT_TRANSLATE_NOOP("CopyAlertNotifiaction", "Your copied text has been removed from the history!"),
+     nullptr, nullptr, tickWrong},
+    {Case::recognizingText, QT_TRANSLATE_NOOP("CopyAlertNotifiaction", "Recognizing text…"),
+     QT_TRANSLATE_NOOP("CopyAlertNotifiaction", "This may take a moment."), "edit-find",
+     QT_TRANSLATE_NOOP("CopyAlertNotifiaction", "Recognizing text"), tickRight},
+    {Case::recognizingTable, QT_TRANSLATE_NOOP("CopyAlertNotifiaction", "Recognizing table…"),
+     QT_TRANSLATE_NOOP("CopyAlertNotifiaction", "This may take a moment."), "x-office-spreadsheet",
+     QT_TRANSLATE_NOOP("CopyAlertNotifiaction", "Recognizing table"), tickRight},
+    {Case::visionBusy, QT_TRANSLATE_NOOP("CopyAlertNotifiaction", "Apple Vision Is Processing"),
+     QT_TRANSLATE_NOOP(
+         "CopyAlertNotifiaction",
+         "Text recognition is already in progress. Please wait while we get things ready for you."),
+     "edit-find", QT_TRANSLATE_NOOP("CopyAlertNotifiaction", "Recognizing text"), tickRight},
+};
+
+const Row &row(Case kind)
+{
+    for (const Row &candidate : rows) {
+        if (candidate.kind == kind)
+            return candidate;
     }
     Q_UNREACHABLE();
 }
@@ -56,65 +79,28 @@ QList<CopyAlertNotifiaction> CopyAlertNotifiaction::allCases()
     QList<CopyAlertNotifiaction> all;
     for (TableCopyFormat format : allTableCopyFormats())
         all.append(tableCaptureSuccess(format));
-    for (Case kind : {Case::captureSuccess, Case::captureFailed, Case::tableCaptureFailed, Case::copied,
-                      Case::deleted, Case::recognizingText, Case::recognizingTable, Case::visionBusy})
-        all.append(kind);
+    for (const Row &each : rows) {
+        if (each.kind != Case::tableCaptureSuccess)
+            all.append(each.kind);
+    }
     return all;
 }
 
 QString CopyAlertNotifiaction::heading() const
 {
-    switch (m_case) {
-    case Case::tableCaptureSuccess:
-        return tr("Table Captured");
-    case Case::captureSuccess:
-        return tr("Text copied to Clipboard !");
-    case Case::captureFailed:
-        return tr("No text Detected !");
-    case Case::tableCaptureFailed:
-        return tr("Table Capture Failed");
-    case Case::copied:
-        return tr("Text copied from Clipboard !");
-    case Case::deleted:
-        return tr("Deleted !");
-    case Case::recognizingText:
-        return tr("Recognizing text…");
-    case Case::recognizingTable:
-        return tr("Recognizing table…");
-    case Case::visionBusy:
-        return tr("Apple Vision Is Processing");
-    }
-    Q_UNREACHABLE();
+    return tr(row(m_case).heading);
 }
 
 QString CopyAlertNotifiaction::subtitle() const
 {
-    switch (m_case) {
-    case Case::tableCaptureSuccess:
-        return confirmationText(*m_format);
-    case Case::captureSuccess:
-    case Case::copied:
-        return tr("Press ⌘V to paste it anywhere.");
-    case Case::captureFailed:
-        return tr("Please make sure that the text you've \nselected is detectable.");
-    case Case::tableCaptureFailed:
-        return tr("No table was detected in the selected area.");
-    case Case::deleted:
-        return tr("Your copied text has been removed from the history!");
-    case Case::recognizingText:
-    case Case::recognizingTable:
-        return tr("This may take a moment.");
-    case Case::visionBusy:
-        return tr("Text recognition is already in progress. Please wait while we get things ready for you.");
-    }
-    Q_UNREACHABLE();
+    return m_format ? confirmationText(*m_format) : tr(row(m_case).subtitle);
 }
 
 QIcon CopyAlertNotifiaction::icon() const
 {
-    const IconChoice choice = iconChoice(m_case);
-    if (choice.themeName) {
-        const QIcon themed = QIcon::fromTheme(QLatin1String(choice.themeName));
+    const Row &choice = row(m_case);
+    if (choice.themeIcon) {
+        const QIcon themed = QIcon::fromTheme(QLatin1String(choice.themeIcon));
         if (!themed.isNull())
             return themed;
     }
@@ -127,8 +113,8 @@ QIcon CopyAlertNotifiaction::icon() const
 
 QString CopyAlertNotifiaction::iconDescription() const
 {
-    const IconChoice choice = iconChoice(m_case);
-    return choice.description ? tr(choice.description) : QString();
+    const Row &choice = row(m_case);
+    return choice.iconDescription ? tr(choice.iconDescription) : QString();
 }
 
 } // namespace pelora

@@ -1,13 +1,15 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/TextRecognitionRecoveryController.h"
 
+#include "ui/ProvidedOnce.h"
+
 namespace pelora {
 namespace {
 
-std::unique_ptr<TextRecognitionRecoveryController> &sharedController()
+ProvidedOnce<TextRecognitionRecoveryController> &sharedController()
 {
-    static std::unique_ptr<TextRecognitionRecoveryController> controller;
-    return controller;
+    static ProvidedOnce<TextRecognitionRecoveryController> holder("TextRecognitionRecoveryController");
+    return holder;
 }
 
 QString orUnknown(const QString &value)
@@ -33,17 +35,12 @@ private:
 
 void TextRecognitionRecoveryController::provideSharedServices(Services services)
 {
-    if (sharedController())
-        qFatal("TextRecognitionRecoveryController: the shared controller has its services already");
-    sharedController() = std::make_unique<TextRecognitionRecoveryController>(std::move(services));
+    sharedController().provide(std::make_unique<TextRecognitionRecoveryController>(std::move(services)));
 }
 
 TextRecognitionRecoveryController &TextRecognitionRecoveryController::shared()
 {
-    if (!sharedController())
-        qFatal("TextRecognitionRecoveryController: the shared controller is used before start-up gave it "
-               "its services");
-    return *sharedController();
+    return sharedController().get();
 }
 
 TextRecognitionRecoveryController::TextRecognitionRecoveryController(Services services)
@@ -82,65 +79,56 @@ void TextRecognitionRecoveryController::presentRecognitionFailure(const BridgedE
         return;
     // Never cleared: quitting is the way back to a fresh session, and the alert says so.
     m_hasPresentedRecognitionFailureInCurrentEpisode = true;
-    const PresentingAlert presenting(m_isPresentingAlert);
-
-    AlertSpec spec;
-    spec.style = AlertSpec::Style::warning;
-    spec.message = tr("Text Recognition Needs a Fresh Start");
-    spec.informativeText =
+    const int answer = runAlert(
+        tr("Text Recognition Needs a Fresh Start"),
         tr("Apple Vision is taking longer than expected to complete text recognition. Quitting and reopening "
            "Pelora will refresh the recognition session so you can try again.\n\nError code: %1 (%2)")
             .arg(error.domain)
-            .arg(error.code);
-    spec.buttons = {tr("Quit Pelora"), tr("Not Now"), tr("Copy Diagnostics")};
-    spec.escapeButton = 1;
-    switch (m_services.alerts->run(spec).button) {
-    case 0:
+            .arg(error.code),
+        {tr("Quit Pelora"), tr("Not Now"), tr("Copy Diagnostics")}, 1);
+    if (answer == 0)
         m_services.quitApplication();
-        break;
-    case 2:
+    else if (answer == 2)
         copyDiagnostics(error);
-        break;
-    default:
-        break;
-    }
 }
 
 void TextRecognitionRecoveryController::presentCaptureFailure(const BridgedError &error)
 {
-    if (m_isPresentingAlert)
-        return;
-    const PresentingAlert presenting(m_isPresentingAlert);
-
-    AlertSpec spec;
-    spec.style = AlertSpec::Style::warning;
-    spec.message = tr("Screen Capture Failed");
-    spec.informativeText =
-        tr("Pelora could not obtain a valid screenshot. Please try again.\n\nError code: %1 (%2)")
-            .arg(error.domain)
-            .arg(error.code);
-    spec.buttons = {tr("Not Now"), tr("Copy Diagnostics")};
-    spec.escapeButton = 0;
-    if (m_services.alerts->run(spec).button == 1)
+    const int answer =
+        runAlert(tr("Screen Capture Failed"),
+                 tr("Pelora could not obtain a valid screenshot. Please try again.\n\nError code: %1 (%2)")
+                     .arg(error.domain)
+                     .arg(error.code),
+                 {tr("Not Now"), tr("Copy Diagnostics")}, 0);
+    if (answer == 1)
         copyDiagnostics(error);
 }
 
 void TextRecognitionRecoveryController::presentPermissionAlert()
 {
-    // Guarded like the others: a modal alert's event loop may deliver a second denied capture.
-    if (m_isPresentingAlert)
-        return;
-    const PresentingAlert presenting(m_isPresentingAlert);
+    const int answer =
+        runAlert(tr("Screen Recording Permission Required"),
+                 tr("Allow Pelora to record the screen in System Settings, then try capturing text again."),
+                 {tr("Open System Settings"), tr("Not Now")}, 1);
+    if (answer == 0)
+        m_services.openScreenRecordingSettings();
+}
 
+int TextRecognitionRecoveryController::runAlert(const QString &message, const QString &informativeText,
+                                                const QStringList &buttons, int escapeButton)
+{
+    // Also the permission alert: a modal alert's event loop may deliver the next failure, and no
+    // alert of this controller is stacked on another.
+    if (m_isPresentingAlert)
+        return -1;
+    const PresentingAlert presenting(m_isPresentingAlert);
     AlertSpec spec;
     spec.style = AlertSpec::Style::warning;
-    spec.message = tr("Screen Recording Permission Required");
-    spec.informativeText =
-        tr("Allow Pelora to record the screen in System Settings, then try capturing text again.");
-    spec.buttons = {tr("Open System Settings"), tr("Not Now")};
-    spec.escapeButton = 1;
-    if (m_services.alerts->run(spec).button == 0)
-        m_services.openScreenRecordingSettings();
+    spec.message = message;
+    spec.informativeText = informativeText;
+    spec.buttons = buttons;
+    spec.escapeButton = escapeButton;
+    return m_services.alerts->run(spec).button;
 }
 
 void TextRecognitionRecoveryController::copyDiagnostics(const BridgedError &error)

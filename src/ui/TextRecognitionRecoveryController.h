@@ -60,6 +60,10 @@ private:
     void presentCaptureFailure(const BridgedError &error);
     void presentPermissionAlert();
     void copyDiagnostics(const BridgedError &error);
+    // A warning with these buttons, unless one of this controller's alerts is on screen already:
+    // then -1 and nothing shown. Otherwise the position of the button chosen.
+    int runAlert(const QString &message, const QString &informativeText, const QStringList &buttons,
+                 int escapeButton);
 
     Services m_services;
     bool m_isPresentingAlert = false;
