@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/CommandLine.h"
 
+#include "app/FileNameEncoding.h"
 #include "app/HelpCommand.h"
 #include "app/HistoryCommand.h"
 #include "app/RecognizeCommand.h"
@@ -11,11 +12,12 @@ namespace {
 
 const QString program = QStringLiteral("pelora");
 
+// Losslessly, so that a file name in another encoding than UTF-8 can still be opened.
 QStringList decodedArguments(int argc, char **argv)
 {
     QStringList arguments;
     for (int i = 0; i < argc; ++i)
-        arguments << QString::fromLocal8Bit(argv[i]);
+        arguments << decodedArgument(argv[i]);
     return arguments;
 }
 

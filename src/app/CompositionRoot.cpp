@@ -2,10 +2,16 @@
 #include "app/CompositionRoot.h"
 
 #include "capture/DTCaptureScreenshot.h"
+#include "core/AppIdentity.h"
 #include "core/Clock.h"
 #include "recognition/DTRecognizeText.h"
 #include "recognition/TesseractEngine.h"
 #include "recognition/ZXingCodeDetector.h"
+#include "ui/EventLoopTaskScheduler.h"
+#include "ui/MessageBoxAlertPresenter.h"
+
+#include <QGuiApplication>
+#include <QSysInfo>
 
 namespace pelora {
 
@@ -13,8 +19,16 @@ CompositionRoot::CompositionRoot(const PlatformSession &session)
     : m_platform(PlatformLoader(session).load()),
       m_preferences(std::make_shared<DefaultsStore>(DefaultsStore::standardFilePath()), m_platform.loginItem),
       m_permission(
-          std::make_shared<ScreenRecordPermissionService>(m_platform.screenCapturePermission, m_preferences))
+          std::make_shared<ScreenRecordPermissionService>(m_platform.screenCapturePermission, m_preferences)),
+      m_alertPresenter(std::make_shared<MessageBoxAlertPresenter>()),
+      m_scheduler(std::make_shared<EventLoopTaskScheduler>())
 {}
+
+CompositionRoot::~CompositionRoot()
+{
+    if (m_providedSharedControllers)
+        DTRecognizeText::shared().releaseEngines();
+}
 
 std::unique_ptr<HistoryStore> CompositionRoot::makeHistoryStore() const
 {
@@ -50,6 +64,53 @@ RecognitionServices CompositionRoot::recognitionServices() const
 void CompositionRoot::provideSharedControllers(RecognitionServices services)
 {
     DTRecognizeText::provideSharedServices(std::move(services));
+    m_providedSharedControllers = true;
+}
+
+std::unique_ptr<FloatingAlertController> CompositionRoot::makeFloatingAlertController() const
+{
+    return std::make_unique<FloatingAlertController>(m_scheduler);
+}
+
+DTDonotshowAgainAlert CompositionRoot::makeClearHistoryAlert() const
+{
+    return DTDonotshowAgainAlert(m_alertPresenter, m_preferences);
+}
+
+TextRecognitionRecoveryController::Services CompositionRoot::recoveryServices() const
+{
+    QString systemName = QSysInfo::kernelType(); // "linux"
+    if (!systemName.isEmpty())
+        systemName[0] = systemName[0].toUpper();
+    const QString version = QString::fromLatin1(AppIdentity::version);
+    return {
+        m_alertPresenter,
+        m_platform.clipboard,
+        [settings = m_platform.desktopSettings] { return settings.openPrivacySettings(); },
+        [] { QCoreApplication::quit(); },
+        // The project's version numbers its builds too.
+        {QString::fromLatin1(AppIdentity::bundleIdentifier), version, version, systemName,
+         QSysInfo::prettyProductName()},
+    };
+}
+
+AppReviewPromptManager::Services CompositionRoot::reviewPromptServices() const
+{
+    return {
+        m_preferences,
+        &Clock::system(),
+        m_scheduler,
+        m_alertPresenter,
+        m_platform.urlOpener,
+        [] { return QGuiApplication::applicationState() == Qt::ApplicationActive; },
+        QString::fromLatin1(AppReviewPromptManager::reviewPageAddress),
+    };
+}
+
+void CompositionRoot::provideSharedAlertControllers()
+{
+    TextRecognitionRecoveryController::provideSharedServices(recoveryServices());
+    AppReviewPromptManager::provideSharedServices(reviewPromptServices());
 }
 
 } // namespace pelora

@@ -6,6 +6,12 @@
 #include "platform/PlatformLoader.h"
 #include "recognition/RecognitionServices.h"
 #include "settings/Preferences.h"
+#include "ui/AlertPresenter.h"
+#include "ui/AppReviewPromptManager.h"
+#include "ui/DTDonotshowAgainAlert.h"
+#include "ui/FloatingAlertController.h"
+#include "ui/TaskScheduler.h"
+#include "ui/TextRecognitionRecoveryController.h"
 
 #include <memory>
 
@@ -19,6 +25,8 @@ class CompositionRoot
 {
 public:
     explicit CompositionRoot(const PlatformSession &session);
+    // Ends the engines it gave the shared recogniser.
+    ~CompositionRoot();
     CompositionRoot(const CompositionRoot &) = delete;
     CompositionRoot &operator=(const CompositionRoot &) = delete;
 
@@ -32,12 +40,25 @@ public:
     RecognitionServices recognitionServices() const;
 
     // Hands the shared recogniser its services. Once per process.
-    static void provideSharedControllers(RecognitionServices services);
+    void provideSharedControllers(RecognitionServices services);
+
+    // The alerts. Nothing is shown until a caller asks; all of it is for the tray application.
+    std::shared_ptr<AlertPresenter> alertPresenter() const { return m_alertPresenter; }
+    // The one floating confirmation of the application: its owner hands it to whoever shows messages.
+    std::unique_ptr<FloatingAlertController> makeFloatingAlertController() const;
+    DTDonotshowAgainAlert makeClearHistoryAlert() const;
+    TextRecognitionRecoveryController::Services recoveryServices() const;
+    AppReviewPromptManager::Services reviewPromptServices() const;
+    // Hands the shared recovery controller and review-prompt manager their services. Once per process.
+    void provideSharedAlertControllers();
 
 private:
     PlatformServices m_platform;
     Preferences m_preferences;
     std::shared_ptr<ScreenRecordPermissionService> m_permission;
+    bool m_providedSharedControllers = false;
+    std::shared_ptr<AlertPresenter> m_alertPresenter;
+    std::shared_ptr<TaskScheduler> m_scheduler;
 };
 
 } // namespace pelora

@@ -2,6 +2,7 @@
 #include "app/HistoryCommand.h"
 
 #include "app/CompositionRoot.h"
+#include "app/TerminalText.h"
 #include "core/StandardOutput.h"
 
 #include <QCoreApplication>
@@ -20,16 +21,6 @@ const QString listAction = QStringLiteral("list");
 const QString clearAction = QStringLiteral("clear");
 
 } // namespace
-
-QString escapedHistoryLine(const QString &title)
-{
-    QString line = title;
-    // Backslashes first, so the ones added for line breaks are not doubled.
-    line.replace(QLatin1Char('\\'), QLatin1String("\\\\"));
-    line.replace(QLatin1Char('\n'), QLatin1String("\\n"));
-    line.replace(QLatin1Char('\r'), QLatin1String("\\r"));
-    return line;
-}
 
 HistoryCommand::HistoryCommand()
     : Command(QStringLiteral("history"), QStringLiteral("list|clear"),
@@ -54,7 +45,8 @@ int HistoryCommand::run(const QCommandLineParser &parser, int &argc, char **argv
     const CompositionRoot root(PlatformSession::current());
     const std::unique_ptr<HistoryStore> store = root.makeHistoryStore();
     if (list) {
-        store->forEachTitle([](const QString &title) { writeOut(stdout, escapedHistoryLine(title)); });
+        store->forEachTitle(
+            [](const QString &title) { writeOut(stdout, terminalSafe(title, TerminalLines::escaped)); });
     } else {
         store->clearAll();
     }

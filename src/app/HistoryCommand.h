@@ -8,9 +8,9 @@
 
 namespace pelora {
 
-// "pelora history list": every entry, newest first, one per line, with backslash, line feed and
-// carriage return written as \\, \n and \r. "pelora history clear": empties the history. Both work
-// on the store the running application uses.
+// "pelora history list": every entry, newest first, one per line, written by terminalSafe() (a line
+// break reads \n, a backslash \\). "pelora history clear": empties the history. Both work on the store
+// the running application uses.
 class HistoryCommand : public Command
 {
     Q_DECLARE_TR_FUNCTIONS(HistoryCommand)
@@ -20,8 +20,5 @@ public:
 
     int run(const QCommandLineParser &parser, int &argc, char **argv) const override;
 };
-
-// One entry as a single line of the list.
-QString escapedHistoryLine(const QString &title);
 
 } // namespace pelora

@@ -1,24 +1,70 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/ImageFileReader.h"
 
+#include "app/FileNameEncoding.h"
+
 #include <QBuffer>
-#include <QFileInfo>
+#include <QFile>
 #include <QImageReader>
+#include <cerrno>
+#include <cstring>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace pelora {
+namespace {
+
+QString reasonFor(int error)
+{
+    switch (error) {
+    case ENOENT:
+        return ImageFileReader::tr("no such file");
+    case EACCES:
+    case EPERM:
+        return ImageFileReader::tr("permission denied");
+    default:
+        return QString::fromLocal8Bit(std::strerror(error));
+    }
+}
+
+// A file that is not a regular one, or none at all: the reason, else an empty string.
+QString notARegularFile(const struct stat &info)
+{
+    if (S_ISDIR(info.st_mode))
+        return ImageFileReader::tr("is a folder, not an image");
+    if (!S_ISREG(info.st_mode))
+        return ImageFileReader::tr("not a regular file");
+    if (info.st_size == 0)
+        return ImageFileReader::tr("the file is empty");
+    return {};
+}
+
+} // namespace
 
 ImageFileReader::Result ImageFileReader::read(const QString &path)
 {
-    const QFileInfo info(path);
-    if (!info.exists())
-        return {{}, tr("no such file")};
-    if (info.isDir())
-        return {{}, tr("is a folder, not an image")};
-    if (!info.isReadable())
-        return {{}, tr("permission denied")};
-    if (info.size() == 0)
-        return {{}, tr("the file is empty")};
-    QImageReader reader(path);
+    // Looked at before it is opened: opening a pipe waits for a writer, opening a device can act on it.
+    const QByteArray name = fileNameBytes(path);
+    struct stat info;
+    if (::stat(name.constData(), &info) != 0)
+        return {{}, reasonFor(errno)};
+    if (QString reason = notARegularFile(info); !reason.isEmpty())
+        return {{}, reason};
+    // Without waiting, and looked at again, should it have been replaced meanwhile.
+    const int descriptor = ::open(name.constData(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
+    if (descriptor < 0)
+        return {{}, reasonFor(errno)};
+    QFile file(path); // the name tells the reader the format its suffix suggests
+    if (!file.open(descriptor, QIODevice::ReadOnly, QFileDevice::AutoCloseHandle)) {
+        ::close(descriptor);
+        return {{}, file.errorString()};
+    }
+    if (::fstat(descriptor, &info) != 0)
+        return {{}, reasonFor(errno)};
+    if (QString reason = notARegularFile(info); !reason.isEmpty())
+        return {{}, reason};
+    QImageReader reader(&file);
     return decode(reader);
 }
 

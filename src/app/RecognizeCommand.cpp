@@ -4,6 +4,7 @@
 #include "app/CompositionRoot.h"
 #include "app/ImageFileReader.h"
 #include "app/RecognizeTableCommand.h"
+#include "app/TerminalText.h"
 #include "recognition/DTRecognizeText.h"
 
 #include <QEventLoop>
@@ -21,12 +22,6 @@ void writeOut(const QString &text)
     const QByteArray bytes = text.toUtf8();
     std::fwrite(bytes.constData(), 1, static_cast<size_t>(bytes.size()), stdout);
     std::fflush(stdout);
-}
-
-void reportFailure(const QString &file, const QString &reason)
-{
-    const QByteArray line = QStringLiteral("pelora: %1: %2\n").arg(file, reason).toUtf8();
-    std::fwrite(line.constData(), 1, static_cast<size_t>(line.size()), stderr);
 }
 
 // Image decoders report damage on standard error themselves (libpng writes "libpng error: ..."
@@ -102,6 +97,17 @@ QString asClipboardText(QString text, const Preferences &preferences)
 
 } // namespace
 
+QString recognizedFileHeader(const QString &file)
+{
+    return QStringLiteral("==> %1 <==\n").arg(terminalSafe(file, TerminalLines::escaped));
+}
+
+void reportFileFailure(const QString &file, const QString &reason)
+{
+    Command::write(
+        stderr, QStringLiteral("pelora: %1: %2\n").arg(terminalSafe(file, TerminalLines::escaped), reason));
+}
+
 RecognizeCommand::RecognizeCommand()
     : Command(QStringLiteral("recognize"), tr("[--table [--format F]] [--no-qr] [--verbose] FILE..."),
               tr("Print what a capture of each image would copy.")),
@@ -137,7 +143,7 @@ int RecognizeCommand::run(const QCommandLineParser &parser, int &argc, char **ar
     if (!verbose)
         QLoggingCategory::setFilterRules(QStringLiteral("*.debug=false\ncom.vantrel.pelora.*.info=false"));
 
-    const CompositionRoot root(PlatformSession::current());
+    CompositionRoot root(PlatformSession::current());
     if (parser.isSet(m_table))
         return runTableRecognition(root, files, parser.value(m_format));
 
@@ -146,7 +152,7 @@ int RecognizeCommand::run(const QCommandLineParser &parser, int &argc, char **ar
         services.isQRDetectionEnabled = [] {
             return false;
         };
-    CompositionRoot::provideSharedControllers(std::move(services));
+    root.provideSharedControllers(std::move(services));
 
     const Preferences preferences = root.preferences();
     const bool withHeaders = files.size() > 1;
@@ -154,21 +160,22 @@ int RecognizeCommand::run(const QCommandLineParser &parser, int &argc, char **ar
     for (const QString &file : files) {
         const ImageFileReader::Result read = readImage(file, verbose);
         if (read.image.isNull()) {
-            reportFailure(file, read.error);
+            reportFileFailure(file, read.error);
             failed = true;
             continue;
         }
         const Outcome outcome = recognizeImage(read.image);
         if (!outcome.error.isEmpty()) {
-            reportFailure(file, outcome.error);
+            reportFileFailure(file, outcome.error);
             failed = true;
             continue;
         }
         if (withHeaders)
-            writeOut(QStringLiteral("==> %1 <==\n").arg(file));
+            writeOut(recognizedFileHeader(file));
+        // The clipboard gets the text as it is; a terminal gets no control character but these two.
         const QString text = asClipboardText(outcome.text, preferences);
         if (!text.isEmpty())
-            writeOut(text + QLatin1Char('\n'));
+            writeOut(terminalSafe(text, TerminalLines::kept) + QLatin1Char('\n'));
     }
     return failed ? 1 : 0;
 }

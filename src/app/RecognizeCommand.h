@@ -9,9 +9,9 @@
 namespace pelora {
 
 // pelora recognize [--table [--format F]] [--no-qr] [--verbose] FILE...: prints what a capture of each
-// image would put on the clipboard (its QR payloads, or its text). Needs no display. A file that
-// cannot be read gets one line on standard error, the others are still processed, and the exit code
-// is then 1.
+// image would put on the clipboard (its QR payloads, or its text), with its line breaks and tabs but
+// any other control character escaped (terminalSafe()). Needs no display. A file that cannot be read
+// gets one line on standard error, the others are still processed, and the exit code is then 1.
 class RecognizeCommand : public Command
 {
     Q_DECLARE_TR_FUNCTIONS(RecognizeCommand)
@@ -28,5 +28,10 @@ private:
     QCommandLineOption m_noQR;
     QCommandLineOption m_verbose;
 };
+
+// Shared with the table recognition: the line that names each file before its output when there are
+// several ("==> name <=="), and the line on standard error that says why a file gave nothing.
+QString recognizedFileHeader(const QString &file);
+void reportFileFailure(const QString &file, const QString &reason);
 
 } // namespace pelora

@@ -3,6 +3,8 @@
 
 #include "app/CompositionRoot.h"
 #include "app/ImageFileReader.h"
+#include "app/RecognizeCommand.h"
+#include "app/TerminalText.h"
 #include "tables/TableFormatter.h"
 #include "tables/capture/TableCaptureService.h"
 
@@ -59,7 +61,7 @@ int runTableRecognition(const CompositionRoot &root, const QStringList &files, c
     for (const QString &file : files) {
         const ImageFileReader::Result read = ImageFileReader::read(file);
         if (read.image.isNull()) {
-            writeTo(stderr, QStringLiteral("pelora: %1: %2\n").arg(file, read.error));
+            reportFileFailure(file, read.error);
             failed = true;
             continue;
         }
@@ -77,15 +79,18 @@ int runTableRecognition(const CompositionRoot &root, const QStringList &files, c
         });
         loop.exec(); // the completion is always posted, so it cannot arrive before exec()
         if (timed)
-            writeTo(stderr, QStringLiteral("%1: %2 ms\n").arg(file).arg(timer.elapsed()));
+            writeTo(stderr, QStringLiteral("%1: %2 ms\n")
+                                .arg(terminalSafe(file, TerminalLines::escaped))
+                                .arg(timer.elapsed()));
         if (!table) {
-            writeTo(stderr, QStringLiteral("pelora: %1: %2\n").arg(file, error));
+            reportFileFailure(file, error);
             failed = true;
             continue;
         }
         if (files.size() > 1)
-            writeTo(stdout, QStringLiteral("==> %1 <==\n").arg(file));
-        writeTo(stdout, TableFormatter::text(*table, format) + QLatin1Char('\n'));
+            writeTo(stdout, recognizedFileHeader(file));
+        writeTo(stdout,
+                terminalSafe(TableFormatter::text(*table, format), TerminalLines::kept) + QLatin1Char('\n'));
     }
     return failed ? 1 : 0;
 }

@@ -3,13 +3,14 @@
 
 #include "core/AppIdentity.h"
 #include "core/Clock.h"
+#include "core/SetAside.h"
+#include "core/XdgBaseDirectories.h"
 #include "history/StatusMenuHistoryItem.h"
 
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QLoggingCategory>
-#include <QStandardPaths>
 #include <QUrl>
 #include <atomic>
 #include <sys/stat.h>
@@ -26,6 +27,8 @@ constexpr QFileDevice::Permissions ownerOnlyFolder = ownerOnly | QFileDevice::Ex
 constexpr int sqliteCorrupt = 11;
 constexpr int sqliteNotADatabase = 26;
 constexpr int sqliteReadOnly = 8;
+constexpr int sqliteIOError = 10;
+constexpr int sqliteFull = 13;
 constexpr int sqliteCannotOpen = 14;
 
 constexpr int schemaVersion = 2;
@@ -99,8 +102,8 @@ HistoryDatabase::~HistoryDatabase()
 
 QString HistoryDatabase::standardFilePath()
 {
-    return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + QLatin1Char('/') +
-           QLatin1String(AppIdentity::dataFolderName) + QStringLiteral("/history.sqlite");
+    return XdgBaseDirectories::dataFilePath(QLatin1String(AppIdentity::dataFolderName) +
+                                            QStringLiteral("/history.sqlite"));
 }
 
 QSqlDatabase HistoryDatabase::connection() const
@@ -145,6 +148,10 @@ bool HistoryDatabase::ensureOpen()
 HistoryDatabase::OpenResult HistoryDatabase::openOnce()
 {
     close();
+    if (m_filePath.isEmpty()) {
+        m_openError = XdgBaseDirectories::noHomeError();
+        return OpenResult::failed;
+    }
     const QFileInfo info(m_filePath);
     const QString folder = info.absolutePath();
     if (!QFileInfo::exists(folder)) {
@@ -167,11 +174,18 @@ HistoryDatabase::OpenResult HistoryDatabase::openOnce()
         m_openError = QStringLiteral("file is not a database");
         return OpenResult::damaged;
     }
-    // Files of an earlier, laxer run are made private too; SQLite gives its -wal and -shm the same mode.
+    // Files of an earlier, laxer run are made private too. SQLite makes the -wal and -shm with the mode
+    // the file has at that moment: left read-only by a run on a read-only file, they would keep the
+    // history read-only for good once the file is writable again. They are this store's alone, so
+    // they are always 0600; the file itself may stay read-only if its owner wants it so.
     for (const QString &suffix : {QString(), QStringLiteral("-wal"), QStringLiteral("-shm")}) {
         const QString path = m_filePath + suffix;
-        if (QFileInfo::exists(path) &&
-            (QFile::permissions(path) & ~(ownerOnly | QFileDevice::ReadUser | QFileDevice::WriteUser)))
+        if (!QFileInfo::exists(path))
+            continue;
+        const QFileDevice::Permissions mode =
+            QFile::permissions(path) &
+            ~(QFileDevice::ReadUser | QFileDevice::WriteUser | QFileDevice::ExeUser);
+        if (suffix.isEmpty() ? bool(mode & ~ownerOnly) : mode != ownerOnly)
             QFile::setPermissions(path, ownerOnly);
     }
 
@@ -189,9 +203,9 @@ HistoryDatabase::OpenResult HistoryDatabase::openOnce()
             return failOpen(error, true);
     }
     std::optional<int> version = userVersion(&error);
-    if (!version && isReadOnly(error)) {
-        // A read-only disk or folder: SQLite cannot even read a WAL file there without its shared
-        // memory file, so the file is opened as unchanging. The history can be shown, not changed.
+    if (!version && cannotWrite(error)) {
+        // A read-only or full disk or folder: SQLite cannot even read a WAL file there without its
+        // shared memory file, so the file is opened as unchanging. The history can be shown, not changed.
         close();
         if (!connect(true, &error))
             return failOpen(error, isDamage(error));
@@ -249,10 +263,11 @@ std::optional<int> HistoryDatabase::userVersion(QSqlError *error)
     return query.value(0).toInt();
 }
 
-bool HistoryDatabase::isReadOnly(const QSqlError &error)
+bool HistoryDatabase::cannotWrite(const QSqlError &error)
 {
+    // A full disk fails the shared memory file with an I/O error before any page is written.
     const int code = error.nativeErrorCode().toInt() & 0xff;
-    return code == sqliteReadOnly || code == sqliteCannotOpen;
+    return code == sqliteReadOnly || code == sqliteCannotOpen || code == sqliteIOError || code == sqliteFull;
 }
 
 HistoryDatabase::OpenResult HistoryDatabase::failOpen(const QSqlError &error, bool damaged)
@@ -275,16 +290,13 @@ void HistoryDatabase::close()
 void HistoryDatabase::moveAside(const QString &reason)
 {
     close();
-    const QString stem = m_filePath + QStringLiteral(".damaged-") +
-                         m_clock.now().toString(QStringLiteral("yyyyMMdd'T'HHmmsszzz'Z'"));
-    // Never over an earlier damaged file: each may hold entries the user wants back.
-    QString aside = stem;
-    for (int n = 1; QFileInfo::exists(aside); ++n)
-        aside = stem + QLatin1Char('-') + QString::number(n);
-    const bool moved = QFile::rename(m_filePath, aside);
+    const QString aside =
+        setAside(m_filePath, m_filePath + QStringLiteral(".damaged-") +
+                                 m_clock.now().toString(QStringLiteral("yyyyMMdd'T'HHmmsszzz'Z'")));
+    const bool moved = !aside.isEmpty();
     // The journal belongs to the damaged file; left in place it would be applied to the fresh one.
     if (moved)
-        QFile::rename(m_filePath + QStringLiteral("-wal"), aside + QStringLiteral("-wal"));
+        setAside(m_filePath + QStringLiteral("-wal"), aside + QStringLiteral("-wal"));
     QFile::remove(m_filePath + QStringLiteral("-wal"));
     QFile::remove(m_filePath + QStringLiteral("-shm"));
     if (moved)

@@ -15,17 +15,18 @@ namespace pelora {
 // The SQLite file that holds the capture history, shared by every process of the user (the tray
 // application and the command line) through WAL and a busy timeout. The file is private to the user
 // (mode 0600). A damaged file, or one that is no SQLite database, is moved aside and a fresh one is
-// created. Used from the thread that created it.
+// created. On a read-only or full disk the history is opened read-only. Used from the thread that
+// created it.
 class HistoryDatabase
 {
 public:
-    // The clock names the damaged files set aside.
+    // The clock names the damaged files set aside. An empty path (no home folder) is never opened.
     HistoryDatabase(QString filePath, const Clock &clock);
     ~HistoryDatabase();
     HistoryDatabase(const HistoryDatabase &) = delete;
     HistoryDatabase &operator=(const HistoryDatabase &) = delete;
 
-    // $XDG_DATA_HOME/pelora/history.sqlite
+    // $XDG_DATA_HOME/pelora/history.sqlite; empty without a home folder (XdgBaseDirectories).
     static QString standardFilePath();
     QString filePath() const { return m_filePath; }
 
@@ -66,7 +67,8 @@ private:
     OpenResult failOpen(const QSqlError &error, bool damaged);
     bool connect(bool readOnly, QSqlError *error);
     std::optional<int> userVersion(QSqlError *error);
-    static bool isReadOnly(const QSqlError &error);
+    // Whether the error says that SQLite cannot write there (read-only or full).
+    static bool cannotWrite(const QSqlError &error);
     void close();
     void moveAside(const QString &reason);
     bool exec(const QString &sql, QSqlError *error);

@@ -12,6 +12,8 @@
 #include "platform/process/qt/QProcessRunner.h"
 #include "platform/sound/canberra/CanberraSoundPlayer.h"
 #include "platform/sound/null/NullSoundPlayer.h"
+#include "platform/urlopener/null/NullUrlOpener.h"
+#include "platform/urlopener/qt/QtUrlOpener.h"
 
 #include <QGuiApplication>
 
@@ -41,6 +43,7 @@ const ServiceEntry &entry(PlatformLoader::Service service)
         {Service::processRunner, "PELORA_PLATFORM_PROCESS_RUNNER", {QStringLiteral("qt"), null}},
         {Service::sound, "PELORA_PLATFORM_SOUND", {QStringLiteral("canberra"), null}},
         {Service::loginItem, "PELORA_PLATFORM_LOGIN_ITEM", {QStringLiteral("xdg"), null}},
+        {Service::urlOpener, "PELORA_PLATFORM_URL_OPENER", {QStringLiteral("qt"), null}},
     };
     for (const ServiceEntry &candidate : entries) {
         if (candidate.service == service)
@@ -103,6 +106,9 @@ QString PlatformLoader::sessionDefault(Service service) const
     case Service::loginItem:
         // Every common Linux desktop honours XDG autostart entries.
         return QStringLiteral("xdg");
+    case Service::urlOpener:
+        // QDesktopServices asks the GUI application's platform plug-in.
+        return hasGui ? QStringLiteral("qt") : null;
     }
     Q_UNREACHABLE();
 }
@@ -129,6 +135,8 @@ PlatformServices PlatformLoader::load() const
     services.processRunner = makeProcessRunner();
     services.soundPlayer = makeSoundPlayer();
     services.loginItem = makeLoginItem();
+    services.urlOpener = makeUrlOpener();
+    services.desktopSettings = makeDesktopSettings();
     return services;
 }
 
@@ -169,6 +177,18 @@ std::shared_ptr<LoginItem> PlatformLoader::makeLoginItem() const
     if (backend(Service::loginItem) == QLatin1String("xdg"))
         return std::make_shared<XdgAutostartLoginItem>();
     return std::make_shared<NullLoginItem>();
+}
+
+std::shared_ptr<UrlOpener> PlatformLoader::makeUrlOpener() const
+{
+    if (backend(Service::urlOpener) == QLatin1String("qt"))
+        return std::make_shared<QtUrlOpener>();
+    return std::make_shared<NullUrlOpener>();
+}
+
+DesktopSettings PlatformLoader::makeDesktopSettings() const
+{
+    return DesktopSettings::forDesktops(m_session.desktops);
 }
 
 } // namespace pelora

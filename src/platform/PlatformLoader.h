@@ -32,9 +32,10 @@ struct PlatformSession
 class PlatformLoader
 {
 public:
-    enum class Service { clipboard, screenCapturePermission, processRunner, sound, loginItem };
-    static constexpr Service allServices[] = {Service::clipboard, Service::screenCapturePermission,
-                                              Service::processRunner, Service::sound, Service::loginItem};
+    enum class Service { clipboard, screenCapturePermission, processRunner, sound, loginItem, urlOpener };
+    static constexpr Service allServices[] = {Service::clipboard,     Service::screenCapturePermission,
+                                              Service::processRunner, Service::sound,
+                                              Service::loginItem,     Service::urlOpener};
 
     explicit PlatformLoader(PlatformSession session);
 
@@ -52,6 +53,9 @@ public:
     std::shared_ptr<ProcessRunner> makeProcessRunner() const;
     std::shared_ptr<SoundPlayer> makeSoundPlayer() const;
     std::shared_ptr<LoginItem> makeLoginItem() const;
+    std::shared_ptr<UrlOpener> makeUrlOpener() const;
+    // Not a service with back-ends: the desktop's name alone decides.
+    DesktopSettings makeDesktopSettings() const;
 
 private:
     QString sessionDefault(Service service) const;

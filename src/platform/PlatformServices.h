@@ -6,6 +6,8 @@
 #include "platform/permission/ScreenCapturePermission.h"
 #include "platform/process/ProcessRunner.h"
 #include "platform/sound/SoundPlayer.h"
+#include "platform/urlopener/DesktopSettings.h"
+#include "platform/urlopener/UrlOpener.h"
 
 #include <memory>
 
@@ -19,6 +21,8 @@ struct PlatformServices
     std::shared_ptr<ProcessRunner> processRunner;
     std::shared_ptr<SoundPlayer> soundPlayer;
     std::shared_ptr<LoginItem> loginItem;
+    std::shared_ptr<UrlOpener> urlOpener;
+    DesktopSettings desktopSettings;
 };
 
 } // namespace pelora

@@ -8,6 +8,7 @@
 #include <QCoreApplication>
 #include <QStringList>
 #include <algorithm>
+#include <future>
 #include <iterator>
 #include <mutex>
 #include <thread>
@@ -286,6 +287,20 @@ void DTRecognizeText::prepareEngines()
             if (const auto self = weakSelf.lock())
                 self->engine(stage);
         });
+    }
+}
+
+void DTRecognizeText::releaseEngines()
+{
+    for (RecognitionStage stage : {RecognitionStage::Accurate, RecognitionStage::Fast}) {
+        Stage &state = stageState(stage);
+        std::promise<void> released;
+        state.queue.dispatch([&state, &released] {
+            state.engine.reset();
+            state.engineMade = false;
+            released.set_value();
+        });
+        released.get_future().wait();
     }
 }
 

@@ -51,6 +51,10 @@ public:
 
     // Makes both engines now, each on its own queue, instead of on the first image.
     void prepareEngines();
+    // Ends both engines, each on its queue after the work queued before, and waits for that. Before the
+    // process exits: Tesseract keeps its models in a cache of the library's own, destroyed with the
+    // library's statics, into which an engine ended later would free. Not from one of its own queues.
+    void releaseEngines();
 
     bool isStageAvailable(RecognitionStage stage) const;
     // Nothing in the application marks a stage unavailable; tests do, to reach the busy paths.

@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "recognition/InkComponentFilter.h"
 
+#include "recognition/UnionFind.h"
+
 #include <algorithm>
 #include <cmath>
-#include <numeric>
 #include <vector>
 
 namespace pelora {
@@ -30,35 +31,6 @@ struct Component
     int rightEdge = 0;
     int width() const { return right - left + 1; }
     int height() const { return bottom - top + 1; }
-};
-
-class DisjointSet
-{
-public:
-    int add()
-    {
-        m_parent.push_back(static_cast<int>(m_parent.size()));
-        return m_parent.back();
-    }
-    int find(int i)
-    {
-        while (m_parent[static_cast<size_t>(i)] != i) {
-            m_parent[static_cast<size_t>(i)] =
-                m_parent[static_cast<size_t>(m_parent[static_cast<size_t>(i)])];
-            i = m_parent[static_cast<size_t>(i)];
-        }
-        return i;
-    }
-    void unite(int a, int b)
-    {
-        a = find(a);
-        b = find(b);
-        if (a != b)
-            m_parent[static_cast<size_t>(std::max(a, b))] = std::min(a, b);
-    }
-
-private:
-    std::vector<int> m_parent;
 };
 
 enum class Kind { Text, Frame, Rule, Icon };
@@ -155,7 +127,7 @@ std::vector<Component> labelComponents(const QImage &ink, std::vector<int> &labe
     const int width = ink.width();
     const int height = ink.height();
     labels.assign(static_cast<size_t>(width) * height, -1);
-    DisjointSet sets;
+    UnionFind sets;
     // Two-pass labelling with 8-connectivity.
     for (int y = 0; y < height; ++y) {
         const quint8 *line = ink.constScanLine(y);

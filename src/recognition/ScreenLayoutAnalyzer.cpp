@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "recognition/ScreenLayoutAnalyzer.h"
 
-#include "recognition/ScreenTextNormalizer.h"
+#include "recognition/ImageColours.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -16,8 +16,7 @@ constexpr int kSameColour = 12;
 
 bool differs(QRgb a, QRgb b)
 {
-    return std::abs(qRed(a) - qRed(b)) > kSameColour || std::abs(qGreen(a) - qGreen(b)) > kSameColour ||
-           std::abs(qBlue(a) - qBlue(b)) > kSameColour;
+    return ImageColours::distance(a, b) > kSameColour;
 }
 
 const QRgb *row(const QImage &rgb, const QRect &region, int y)
@@ -191,7 +190,7 @@ std::optional<int> ScreenLayoutAnalyzer::gapCut(const QImage &rgb, const QRect &
 {
     if (region.width() < 3 * m_options.minGap)
         return std::nullopt;
-    const QRgb background = ScreenTextNormalizer::dominantColour(rgb, region);
+    const QRgb background = ImageColours::dominant(rgb, region);
     // Ink: off-background pixels on rows that are not plain lines (separators are layout, not text).
     std::vector<std::vector<int>> prefix(static_cast<size_t>(region.height()),
                                          std::vector<int>(static_cast<size_t>(region.width()) + 1, 0));

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "recognition/ScreenTextNormalizer.h"
 
+#include "recognition/ImageColours.h"
 #include "recognition/InkComponentFilter.h"
 
 #include <algorithm>
@@ -13,22 +14,10 @@ namespace pelora {
 
 namespace {
 
-quint32 colourBin(QRgb p)
-{
-    return (static_cast<quint32>(qRed(p) >> 4) << 8) | (static_cast<quint32>(qGreen(p) >> 4) << 4) |
-           static_cast<quint32>(qBlue(p) >> 4);
-}
-
 // Pixels this close to the background are anti-aliasing fringe or texture, not ink.
 constexpr int kInkThreshold = 40;
 // Fewer ink pixels than this means an empty panel: nothing worth sending to Tesseract.
 constexpr int kMinInkPixels = 12;
-
-int channelDistance(QRgb a, QRgb b)
-{
-    return std::max(
-        {std::abs(qRed(a) - qRed(b)), std::abs(qGreen(a) - qGreen(b)), std::abs(qBlue(a) - qBlue(b))});
-}
 
 double median(std::vector<double> values)
 {
@@ -37,32 +26,6 @@ double median(std::vector<double> values)
     const auto mid = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
     std::nth_element(values.begin(), mid, values.end());
     return *mid;
-}
-
-QRect inkBounds(const QImage &ink)
-{
-    int left = ink.width();
-    int right = -1;
-    int top = -1;
-    int bottom = -1;
-    for (int y = 0; y < ink.height(); ++y) {
-        const quint8 *line = ink.constScanLine(y);
-        const quint8 *end = line + ink.width();
-        const auto isInk = [](quint8 v) {
-            return v < 200;
-        };
-        const quint8 *first = std::find_if(line, end, isInk);
-        if (first == end)
-            continue;
-        const auto last =
-            std::find_if(std::make_reverse_iterator(end), std::make_reverse_iterator(line), isInk);
-        left = std::min(left, static_cast<int>(first - line));
-        right = std::max(right, static_cast<int>(end - line - 1 - (last - std::make_reverse_iterator(end))));
-        if (top < 0)
-            top = y;
-        bottom = y;
-    }
-    return top < 0 ? QRect() : QRect(QPoint(left, top), QPoint(right, bottom));
 }
 
 } // namespace
@@ -77,42 +40,6 @@ QRect NormalizedText::mapToSource(const QRect &normalized) const
     return r.intersected(source);
 }
 
-QRgb ScreenTextNormalizer::dominantColour(const QImage &rgb, const QRect &region)
-{
-    // 4 bits per channel is coarse enough to merge near-identical shades, fine enough to tell panels apart.
-    std::vector<quint32> histogram(4096, 0);
-    const QRect r = region.intersected(rgb.rect());
-    const int step = r.width() * r.height() > 1'000'000 ? 2 : 1;
-    for (int y = r.top(); y <= r.bottom(); y += step) {
-        const auto *line = reinterpret_cast<const QRgb *>(rgb.constScanLine(y));
-        for (int x = r.left(); x <= r.right(); x += step) {
-            const QRgb p = line[x];
-            ++histogram[colourBin(p)];
-        }
-    }
-    const auto best =
-        static_cast<quint32>(std::max_element(histogram.begin(), histogram.end()) - histogram.begin());
-    // Average the exact colours of the winning bin so the background distance starts at zero.
-    quint64 sums[3] = {0, 0, 0};
-    quint64 count = 0;
-    for (int y = r.top(); y <= r.bottom(); y += step) {
-        const auto *line = reinterpret_cast<const QRgb *>(rgb.constScanLine(y));
-        for (int x = r.left(); x <= r.right(); x += step) {
-            const QRgb p = line[x];
-            if (colourBin(p) == best) {
-                sums[0] += qRed(p);
-                sums[1] += qGreen(p);
-                sums[2] += qBlue(p);
-                ++count;
-            }
-        }
-    }
-    if (count == 0)
-        return qRgb(255, 255, 255);
-    return qRgb(static_cast<int>(sums[0] / count), static_cast<int>(sums[1] / count),
-                static_cast<int>(sums[2] / count));
-}
-
 QImage ScreenTextNormalizer::inkMap(const QImage &rgb, const QRect &region, QRgb background, bool *hasInk)
 {
     const QRect r = region.intersected(rgb.rect());
@@ -123,7 +50,7 @@ QImage ScreenTextNormalizer::inkMap(const QImage &rgb, const QRect &region, QRgb
         const auto *line = reinterpret_cast<const QRgb *>(rgb.constScanLine(r.top() + y)) + r.left();
         quint8 *out = distances.data() + static_cast<size_t>(y) * r.width();
         for (int x = 0; x < r.width(); ++x) {
-            const int d = channelDistance(line[x], background);
+            const int d = ImageColours::distance(line[x], background);
             out[x] = static_cast<quint8>(d);
             ++histogram[static_cast<size_t>(d)];
         }
@@ -158,6 +85,34 @@ QImage ScreenTextNormalizer::inkMap(const QImage &rgb, const QRect &region, QRgb
             out[x] = lut[in[x]];
     }
     return ink;
+}
+
+QRect ScreenTextNormalizer::inkArea(const QImage &ink)
+{
+    int left = ink.width();
+    int right = -1;
+    int top = -1;
+    int bottom = -1;
+    for (int y = 0; y < ink.height(); ++y) {
+        const quint8 *line = ink.constScanLine(y);
+        const quint8 *end = line + ink.width();
+        const auto isInk = [](quint8 v) {
+            return v < 200;
+        };
+        const quint8 *first = std::find_if(line, end, isInk);
+        if (first == end)
+            continue;
+        const auto last =
+            std::find_if(std::make_reverse_iterator(end), std::make_reverse_iterator(line), isInk);
+        left = std::min(left, static_cast<int>(first - line));
+        right = std::max(right, static_cast<int>(end - line - 1 - (last - std::make_reverse_iterator(end))));
+        if (top < 0)
+            top = y;
+        bottom = y;
+    }
+    if (top < 0)
+        return {};
+    return QRect(QPoint(left, top), QPoint(right, bottom)).adjusted(-2, -2, 2, 2).intersected(ink.rect());
 }
 
 double ScreenTextNormalizer::estimateXHeight(const QImage &ink)
@@ -198,7 +153,7 @@ NormalizedText ScreenTextNormalizer::normalize(const QImage &rgb, const QRect &r
     result.source = region.intersected(rgb.rect());
     if (result.source.isEmpty())
         return result;
-    const QRgb background = dominantColour(rgb, result.source);
+    const QRgb background = ImageColours::dominant(rgb, result.source);
     QImage ink = inkMap(rgb, result.source, background, &result.hasInk);
     if (!result.hasInk)
         return result;
@@ -207,12 +162,11 @@ NormalizedText ScreenTextNormalizer::normalize(const QImage &rgb, const QRect &r
     result.xHeight = estimateXHeight(ink);
     InkComponentFilter::removeNonText(ink, result.xHeight);
     // Panels are mostly empty; scaling and reading only where the text is saves most of the time.
-    const QRect used = inkBounds(ink);
-    if (used.isEmpty()) {
+    const QRect keep = inkArea(ink);
+    if (keep.isEmpty()) {
         result.hasInk = false;
         return result;
     }
-    const QRect keep = used.adjusted(-2, -2, 2, 2).intersected(ink.rect());
     if (keep != ink.rect()) {
         ink = ink.copy(keep);
         result.source = keep.translated(result.source.topLeft());

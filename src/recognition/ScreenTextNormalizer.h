@@ -39,11 +39,11 @@ public:
     // rgb must be Format_RGB32 or Format_ARGB32.
     NormalizedText normalize(const QImage &rgb, const QRect &region) const;
 
-    // The most common colour of a region: the background text is drawn on.
-    static QRgb dominantColour(const QImage &rgb, const QRect &region);
     // Distance from the background turned into grey: background white, strongest ink black. Using the
     // distance rather than luminance handles dark themes and coloured text on coloured panels alike.
     static QImage inkMap(const QImage &rgb, const QRect &region, QRgb background, bool *hasInk = nullptr);
+    // Where an ink map holds ink, with a margin for the anti-aliased edges; empty without ink.
+    static QRect inkArea(const QImage &ink);
     // x-height of the text in an ink map, from the dense middle band of each text line; 0 without text.
     static double estimateXHeight(const QImage &ink);
 

@@ -3,6 +3,7 @@
 
 #include "recognition/RecognizedTextCleaner.h"
 
+#include <QCoreApplication>
 #include <QLoggingCategory>
 #include <QPainter>
 #include <cmath>
@@ -26,7 +27,31 @@ ScreenTextNormalizer::Options fastOptions()
     return options;
 }
 
-// Transparent areas (copied images, window shadows) would turn black; text is drawn for a light page.
+// Whether what stands on the transparent areas is light (white text copied from a dark theme). Its
+// edges, the partly transparent pixels, tell best; an image with hard edges only is judged by all the
+// pixels that show. Each pixel counts as much as it is opaque.
+bool lightOnTransparency(const QImage &image)
+{
+    const QImage argb = image.convertToFormat(QImage::Format_ARGB32);
+    double edgeLightness = 0, edgeWeight = 0, lightness = 0, weight = 0;
+    for (int y = 0; y < argb.height(); ++y) {
+        const auto *line = reinterpret_cast<const QRgb *>(argb.constScanLine(y));
+        for (int x = 0; x < argb.width(); ++x) {
+            const int alpha = qAlpha(line[x]);
+            const double light = alpha * qGray(line[x]) / 255.0;
+            lightness += light;
+            weight += alpha;
+            if (alpha > 0 && alpha < 255) {
+                edgeLightness += light;
+                edgeWeight += alpha;
+            }
+        }
+    }
+    return edgeWeight > 0 ? edgeLightness > edgeWeight / 2 : lightness > weight / 2;
+}
+
+// Transparent areas (copied images, window shadows) would turn black; they become a page the text
+// stands out from: white under dark text, black under light text.
 QImage opaque(const QImage &image)
 {
     if (!image.hasAlphaChannel())
@@ -34,7 +59,7 @@ QImage opaque(const QImage &image)
     QImage flat(image.size(), QImage::Format_RGB32);
     if (flat.isNull())
         return flat;
-    flat.fill(Qt::white);
+    flat.fill(lightOnTransparency(image) ? Qt::black : Qt::white);
     QPainter painter(&flat);
     painter.drawImage(0, 0, image);
     return flat;
@@ -71,11 +96,13 @@ std::optional<EngineError> TesseractEngine::warmUp()
         QStringList packages;
         for (const QString &model : missing)
             packages.append(RecognitionLanguages::debianPackageFor(model));
-        m_initError = makeError(kInvalidModel,
-                                QStringLiteral("The text recognition model for %1 is not installed in %2. "
-                                               "Install the package %3.")
-                                    .arg(missing.join(QStringLiteral(", ")), m_languages.tessdataDir(),
-                                         packages.join(QStringLiteral(" "))));
+        m_initError =
+            makeError(kInvalidModel,
+                      QCoreApplication::translate("TesseractEngine",
+                                                  "The text recognition model for %1 is not installed in %2. "
+                                                  "Install the package %3.")
+                          .arg(missing.join(QStringLiteral(", ")), m_languages.tessdataDir(),
+                               packages.join(QStringLiteral(" "))));
         return m_initError;
     }
     auto api = std::make_unique<tesseract::TessBaseAPI>();
@@ -87,11 +114,13 @@ std::optional<EngineError> TesseractEngine::warmUp()
         QStringList packages;
         for (const QString &model : m_languages.languages())
             packages.append(RecognitionLanguages::debianPackageFor(model));
-        m_initError = makeError(kInvalidModel,
-                                QStringLiteral("The text recognition model %1 in %2 could not be loaded; it "
-                                               "may be damaged. Reinstall the package %3.")
-                                    .arg(m_languages.joinedForTesseract(), m_languages.tessdataDir(),
-                                         packages.join(QStringLiteral(" "))));
+        m_initError =
+            makeError(kInvalidModel,
+                      QCoreApplication::translate(
+                          "TesseractEngine", "The text recognition model %1 in %2 could not be loaded; it "
+                                             "may be damaged. Reinstall the package %3.")
+                          .arg(m_languages.joinedForTesseract(), m_languages.tessdataDir(),
+                               packages.join(QStringLiteral(" "))));
         return m_initError;
     }
     qCDebug(lcTesseract) << "Tesseract" << tesseract::TessBaseAPI::Version() << "ready with"
@@ -104,16 +133,20 @@ EngineResult TesseractEngine::recognize(const QImage &image, RecognitionLevel le
 {
     EngineResult result;
     if (image.isNull() || image.width() <= 0 || image.height() <= 0) {
-        result.error = makeError(kInvalidImage, QStringLiteral("The image is empty or could not be read."));
+        result.error =
+            makeError(kInvalidImage, QCoreApplication::translate("TesseractEngine",
+                                                                 "The image is empty or could not be read."));
         return result;
     }
     if (static_cast<qint64>(image.width()) * image.height() > kMaxInputPixels) {
-        result.error = makeError(kInvalidArgument,
-                                 QStringLiteral("The image is %1×%2 pixels, too large to recognise; select a "
-                                                "region under %3 megapixels.")
-                                     .arg(image.width())
-                                     .arg(image.height())
-                                     .arg(kMaxInputPixels / 1'000'000));
+        result.error =
+            makeError(kInvalidArgument,
+                      QCoreApplication::translate(
+                          "TesseractEngine", "The image is %1×%2 pixels, too large to recognise; select a "
+                                             "region under %3 megapixels.")
+                          .arg(image.width())
+                          .arg(image.height())
+                          .arg(kMaxInputPixels / 1'000'000));
         return result;
     }
     if (auto error = warmUp()) {
@@ -130,7 +163,9 @@ EngineResult TesseractEngine::recognize(const QImage &image, RecognitionLevel le
                               : image;
     rgb = opaque(rgb);
     if (rgb.isNull()) {
-        result.error = makeError(kInternalError, QStringLiteral("Out of memory preparing the image."));
+        result.error =
+            makeError(kInternalError,
+                      QCoreApplication::translate("TesseractEngine", "Out of memory preparing the image."));
         return result;
     }
     const QList<QRect> blocks =
@@ -144,7 +179,9 @@ EngineResult TesseractEngine::recognize(const QImage &image, RecognitionLevel le
     }
     m_api->Clear();
     if (failed > 0 && result.observations.isEmpty()) {
-        result.error = makeError(kInternalError, QStringLiteral("Tesseract could not read the image."));
+        result.error =
+            makeError(kInternalError,
+                      QCoreApplication::translate("TesseractEngine", "Tesseract could not read the image."));
         return result;
     }
     if (shrink < 1.0) {

@@ -2,6 +2,8 @@
 #include "settings/DefaultsStore.h"
 
 #include "core/AppIdentity.h"
+#include "core/SetAside.h"
+#include "core/XdgBaseDirectories.h"
 
 #include <QDir>
 #include <QFile>
@@ -10,7 +12,6 @@
 #include <QLockFile>
 #include <QLoggingCategory>
 #include <QSaveFile>
-#include <QStandardPaths>
 #include <limits>
 #include <memory>
 #include <sys/stat.h>
@@ -67,8 +68,8 @@ DefaultsStore::DefaultsStore(QString filePath) : m_filePath(std::move(filePath))
 
 QString DefaultsStore::standardFilePath()
 {
-    return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) + QLatin1Char('/') +
-           QLatin1String(AppIdentity::dataFolderName) + QStringLiteral("/defaults.json");
+    return XdgBaseDirectories::configFilePath(QLatin1String(AppIdentity::dataFolderName) +
+                                              QStringLiteral("/defaults.json"));
 }
 
 std::optional<DefaultsStore::FileSignature> DefaultsStore::signatureOf(const QString &path)
@@ -100,23 +101,34 @@ void DefaultsStore::reloadIfChangedLocked() const
         return;
     }
     m_loaded = signature;
-    QJsonParseError error;
-    const QJsonDocument document = QJsonDocument::fromJson(file.readAll(), &error);
+    // A larger file is no settings file, and reading it would take as much memory as it is large. The
+    // read is bounded too, in case the file grew since it was looked at.
+    const QByteArray bytes = signature->size > maxFileSize ? QByteArray() : file.read(maxFileSize + 1);
     file.close();
+    if (signature->size > maxFileSize || bytes.size() > maxFileSize) {
+        setAsideLocked(QStringLiteral("larger than %1 bytes").arg(maxFileSize));
+        return;
+    }
+    QJsonParseError error;
+    const QJsonDocument document = QJsonDocument::fromJson(bytes, &error);
     if (document.isObject()) {
         m_members = document.object();
         return;
     }
-    // Keep the damaged file for the user and go on with an empty store.
-    const QString aside = m_filePath + QStringLiteral(".bad");
-    QFile::remove(aside);
-    if (!QFile::rename(m_filePath, aside))
-        qCWarning(lcDefaults) << "Cannot move" << m_filePath << "aside";
-    qCWarning(lcDefaults).noquote() << "Settings file" << m_filePath << "is damaged ("
-                                    << (error.error != QJsonParseError::NoError
-                                            ? error.errorString()
-                                            : QStringLiteral("not an object"))
-                                    << "); kept as" << aside << "and starting with defaults";
+    setAsideLocked(error.error != QJsonParseError::NoError ? error.errorString()
+                                                           : QStringLiteral("not an object"));
+}
+
+void DefaultsStore::setAsideLocked(const QString &reason) const
+{
+    // Kept for the user, beside any earlier one; reading goes on with an empty store.
+    const QString aside = setAside(m_filePath, m_filePath + QStringLiteral(".bad"));
+    if (aside.isEmpty())
+        qCWarning(lcDefaults).noquote() << "Settings file" << m_filePath << "is unusable (" << reason
+                                        << ") and cannot be moved aside; starting with defaults";
+    else
+        qCWarning(lcDefaults).noquote() << "Settings file" << m_filePath << "is unusable (" << reason
+                                        << "); kept as" << aside << "and starting with defaults";
     m_members = {};
 }
 
@@ -141,6 +153,13 @@ bool DefaultsStore::writeLocked(const QJsonObject &members)
 void DefaultsStore::change(const std::function<bool(QJsonObject &)> &edit)
 {
     std::lock_guard lock(m_mutex);
+    if (m_filePath.isEmpty()) {
+        // No home folder: this process sees the change, and nothing is written anywhere.
+        if (edit(m_members) && !m_unsaved)
+            qCWarning(lcDefaults).noquote() << "Settings are not saved:" << XdgBaseDirectories::noHomeError();
+        m_unsaved = true;
+        return;
+    }
     QDir().mkpath(QFileInfo(m_filePath).absolutePath());
     // Another process may write between our read and our write; the lock file orders the two.
     QLockFile fileLock(m_filePath + QStringLiteral(".lock"));

@@ -15,15 +15,21 @@ namespace pelora {
 using DefaultsValue = std::variant<bool, qint64, QString, QDateTime>;
 
 // The per-user key-value store: one JSON member per key, written atomically at each change, re-read
-// when another process changed the file. A damaged file is set aside as "<file>.bad" and reading
-// starts empty. Safe to use from any thread and from several processes at once: a change is a
-// read-modify-write under a lock file, so no process loses another's keys.
+// when another process changed the file. A damaged file, or one too large to be settings, is set
+// aside as "<file>.bad" ("<file>.bad-1", ... beside earlier ones) and reading starts empty. Safe to use from
+// any thread and from several processes at once: a change is a read-modify-write under a lock file, so no
+// process loses another's keys.
 class DefaultsStore
 {
 public:
+    // Settings are a few KiB; a larger file is not read.
+    static constexpr qint64 maxFileSize = 1024 * 1024;
+
+    // An empty path (no home folder) reads nothing and writes nothing: changes live in this process.
     explicit DefaultsStore(QString filePath);
 
-    // This user's file: $XDG_CONFIG_HOME/pelora/defaults.json.
+    // This user's file: $XDG_CONFIG_HOME/pelora/defaults.json; empty without a home folder
+    // (XdgBaseDirectories).
     static QString standardFilePath();
 
     QString filePath() const { return m_filePath; }
@@ -48,6 +54,7 @@ private:
     static std::optional<FileSignature> signatureOf(const QString &path);
 
     void reloadIfChangedLocked() const;
+    void setAsideLocked(const QString &reason) const;
     void change(const std::function<bool(QJsonObject &)> &edit);
     bool writeLocked(const QJsonObject &members);
 

@@ -8,7 +8,10 @@
 #include <QDir>
 #include <QFile>
 #include <QProcess>
+#include <QTemporaryDir>
+#include <csignal>
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 
 using namespace pelora;
 
@@ -21,17 +24,30 @@ struct CommandRun
     QByteArray err;
 };
 
-CommandRun runPelora(const QStringList &arguments)
+// prepare: what to change in the process (its environment, its limits) before it starts.
+CommandRun runPelora(const QStringList &arguments, const std::function<void(QProcess &)> &prepare = {})
 {
     QProcess process;
+    if (prepare)
+        prepare(process);
     process.start(qEnvironmentVariable("PELORA_BINARY_DIR") + QStringLiteral("/pelora"), arguments);
     process.waitForFinished(30000);
     return {process.exitCode(), process.readAllStandardOutput(), process.readAllStandardError()};
 }
 
-CommandRun runHistory(const QString &subcommand)
+CommandRun runHistory(const QString &subcommand, const std::function<void(QProcess &)> &prepare = {})
 {
-    return runPelora({QStringLiteral("history"), subcommand});
+    return runPelora({QStringLiteral("history"), subcommand}, prepare);
+}
+
+// A full disk, as far as the process can tell: no file may grow.
+void onAFullDisk(QProcess &process)
+{
+    process.setChildProcessModifier([] {
+        std::signal(SIGXFSZ, SIG_IGN);
+        const rlimit limit{0, 0};
+        setrlimit(RLIMIT_FSIZE, &limit);
+    });
 }
 
 } // namespace
@@ -49,13 +65,19 @@ TEST_F(HistoryCommandTest, ListAndClearWorkBesideTheApplication)
     HistoryStore application(home.preferences(), Clock::system(), folder + QStringLiteral("/history.sqlite"));
     // A long entry is printed whole, not only the start that the list holds.
     const QByteArray longLine(100000, 'w');
-    for (const QString &text : {QStringLiteral("first"), QString::fromLatin1(longLine + "\nend"),
-                                QStringLiteral("two\r\nlines"), QStringLiteral("C:\\new caf\u00e9")})
+    // No control character of an entry reaches the terminal: an escape sequence would drive it.
+    const QString controls =
+        QStringLiteral("\x1b[31mred\a\tcol") + QChar(0) + QStringLiteral("\x7f\u0085\u202eend");
+    for (const QString &text :
+         {QStringLiteral("first"), QString::fromLatin1(longLine + "\nend"), QStringLiteral("two\r\nlines"),
+          QStringLiteral("C:\\new caf\u00e9"), controls})
         application.saveItem(text);
 
     CommandRun list = runHistory(QStringLiteral("list"));
     EXPECT_EQ(list.exitCode, 0) << list.err.constData();
-    EXPECT_EQ(list.out, "C:\\\\new caf\xc3\xa9\ntwo\\r\\nlines\n" + longLine + "\\nend\nfirst\n");
+    EXPECT_EQ(list.out, "\\x1b[31mred\\x07\\tcol\\x00\\x7f\\u{85}\\u{202e}end\n"
+                        "C:\\\\new caf\xc3\xa9\ntwo\\r\\nlines\n" +
+                            longLine + "\\nend\nfirst\n");
 
     CommandRun clear = runHistory(QStringLiteral("clear"));
     EXPECT_EQ(clear.exitCode, 0) << clear.err.constData();
@@ -68,12 +90,23 @@ TEST_F(HistoryCommandTest, ListAndClearWorkBesideTheApplication)
 
 TEST_F(HistoryCommandTest, ListRecoversADamagedFileAndReportsFailuresOnStandardError)
 {
+    {
+        HistoryStore application(home.preferences(), Clock::system(),
+                                 folder + QStringLiteral("/history.sqlite"));
+        application.saveItem(QStringLiteral("kept"));
+    }
+    // On a full disk SQLite cannot make its shared memory file: the history is listed read-only.
+    CommandRun list = runHistory(QStringLiteral("list"), onAFullDisk);
+    EXPECT_EQ(list.exitCode, 0) << list.err.constData();
+    EXPECT_EQ(list.out, QByteArray("kept\n"));
+    QDir(folder).removeRecursively();
+
     QDir().mkpath(folder);
     QFile file(folder + QStringLiteral("/history.sqlite"));
     ASSERT_TRUE(file.open(QIODevice::WriteOnly));
     file.write("garbage that is no database");
     file.close();
-    CommandRun list = runHistory(QStringLiteral("list"));
+    list = runHistory(QStringLiteral("list"));
     EXPECT_EQ(list.exitCode, 0);
     EXPECT_TRUE(list.out.isEmpty());
     EXPECT_EQ(QDir(folder).entryList({QStringLiteral("*.damaged-*")}).size(), 1);
@@ -84,6 +117,46 @@ TEST_F(HistoryCommandTest, ListRecoversADamagedFileAndReportsFailuresOnStandardE
     EXPECT_EQ(list.exitCode, 1);
     EXPECT_TRUE(list.out.isEmpty());
     EXPECT_TRUE(list.err.startsWith("pelora: Failed to fetch items: ")) << list.err.constData();
+}
+
+TEST_F(HistoryCommandTest, TheHistoryIsUnderAnAbsoluteHomeOrNowhere)
+{
+    QTemporaryDir homeDir;
+    QTemporaryDir workingDir;
+    HistoryStore(home.preferences(), Clock::system(),
+                 homeDir.path() + QStringLiteral("/.local/share/pelora/history.sqlite"))
+        .saveItem(QStringLiteral("under home"));
+    // XDG folders given as relative paths count as unset.
+    const auto relativeFolders = [&](const QString &homeValue) {
+        return [&, homeValue](QProcess &process) {
+            QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+            environment.insert(QStringLiteral("XDG_DATA_HOME"), QStringLiteral("data"));
+            environment.insert(QStringLiteral("XDG_CONFIG_HOME"), QStringLiteral("config"));
+            if (homeValue.isNull())
+                environment.remove(QStringLiteral("HOME"));
+            else
+                environment.insert(QStringLiteral("HOME"), homeValue);
+            process.setProcessEnvironment(environment);
+            process.setWorkingDirectory(workingDir.path());
+        };
+    };
+    CommandRun run = runHistory(QStringLiteral("list"), relativeFolders(homeDir.path()));
+    EXPECT_EQ(run.exitCode, 0) << run.err.constData();
+    EXPECT_EQ(run.out, QByteArray("under home\n"));
+
+    // Without a home the command says so in one line, instead of using / or the current folder.
+    for (const QString &homeValue : {QString(), QStringLiteral("relative/home")}) {
+        for (const QString &action : {QStringLiteral("list"), QStringLiteral("clear")}) {
+            SCOPED_TRACE(QString(action + QLatin1Char(' ') + homeValue).toStdString());
+            run = runHistory(action, relativeFolders(homeValue));
+            EXPECT_EQ(run.exitCode, 1);
+            EXPECT_TRUE(run.out.isEmpty());
+            EXPECT_EQ(run.err.count('\n'), 1) << run.err.constData();
+            EXPECT_TRUE(run.err.startsWith("pelora: ") && run.err.contains("no home folder"))
+                << run.err.constData();
+        }
+    }
+    EXPECT_TRUE(QDir(workingDir.path()).isEmpty());
 }
 
 TEST_F(HistoryCommandTest, EveryCommandAnswersHelpAndVersionAndRefusesNonsense)

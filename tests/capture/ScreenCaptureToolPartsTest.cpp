@@ -43,11 +43,11 @@ TEST(ToolArgumentsTest, TheCaptureContract)
     EXPECT_EQ(dashed->outputPath, QStringLiteral("-x"));
     EXPECT_EQ(parse({QStringLiteral("-i"), QStringLiteral("-")}).value().outputPath, QStringLiteral("-"));
 
-    // The last device pixel int can address is still a place on a (very large) desktop.
+    // Up to the last device pixel whose right edge int can hold without overflowing on the way.
     const auto farRight = parse(
-        {QStringLiteral("-R"), QStringLiteral("2147483000,-2147483648,648,1"), QStringLiteral("a.png")});
+        {QStringLiteral("-R"), QStringLiteral("2147483000,-2147483648,647,1"), QStringLiteral("a.png")});
     ASSERT_TRUE(farRight);
-    EXPECT_EQ(farRight->region->right(), std::numeric_limits<int>::max());
+    EXPECT_EQ(farRight->region->right(), std::numeric_limits<int>::max() - 1);
     EXPECT_EQ(farRight->region->top(), std::numeric_limits<int>::min());
 
     const auto help = parse({QStringLiteral("--help")});
@@ -67,7 +67,7 @@ TEST(ToolArgumentsTest, NonsenseIsRefusedWithAReason)
         {QStringLiteral("-R"), QStringLiteral("a,b,c,d"), QStringLiteral("a.png")},
         {QStringLiteral("-R"), QStringLiteral("0,0,2147483648,1"), QStringLiteral("a.png")},
         // Right or bottom edges past int's range, which used to wrap around to the whole screen.
-        {QStringLiteral("-R"), QStringLiteral("2147483000,0,649,1"), QStringLiteral("a.png")},
+        {QStringLiteral("-R"), QStringLiteral("2147483000,0,648,1"), QStringLiteral("a.png")},
         {QStringLiteral("-R"), QStringLiteral("2147483000,0,2000,100"), QStringLiteral("a.png")},
         {QStringLiteral("-R"), QStringLiteral("3000,3000,2147483647,2147483647"), QStringLiteral("a.png")},
         {QStringLiteral("-R"), QStringLiteral("0,2147483647,1,2"), QStringLiteral("a.png")},

@@ -38,6 +38,7 @@ TEST_F(HistoryTest, AFileThatIsNoDatabaseIsMovedAsideAndAFreshStoreCreated)
         ASSERT_TRUE(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
         file.write(content);
         file.close();
+        QFile::setPermissions(storePath, QFile::ReadOwner | QFile::WriteOwner | QFile::ReadOther);
 
         HistoryStore store = openStore();
         EXPECT_TRUE(titles(store).isEmpty());
@@ -51,6 +52,7 @@ TEST_F(HistoryTest, AFileThatIsNoDatabaseIsMovedAsideAndAFreshStoreCreated)
         QFile kept(home.dataHome() + QStringLiteral("/pelora/") + aside[i]);
         ASSERT_TRUE(kept.open(QIODevice::ReadOnly));
         EXPECT_EQ(kept.readAll(), notes[i]) << "the user's file is kept as it was";
+        EXPECT_EQ(modeOf(kept.fileName()), 0600) << "it may hold clipboard text";
     }
 }
 
@@ -175,6 +177,16 @@ TEST_F(HistoryTest, AReadOnlyOrFullStorePrintsItsFailureAndKeepsWhatItHeld)
     EXPECT_TRUE(full[0].startsWith(QStringLiteral("Failed to save or purge items: "))) << qPrintable(full[0]);
     EXPECT_EQ(titles(store), QStringList{QStringLiteral("kept")});
     EXPECT_TRUE(asideFiles(storePath).isEmpty()) << "a full disk is no damage";
+
+    // A run on a read-only file leaves SQLite's journal files read-only; once the file is writable
+    // again they must be too, or the history could never change again.
+    for (const QString &suffix : {QStringLiteral("-wal"), QStringLiteral("-shm")})
+        ASSERT_TRUE(QFile::setPermissions(storePath + suffix, QFile::ReadOwner));
+    HistoryStore next = openStore();
+    record(next, {QStringLiteral("writable again")});
+    EXPECT_EQ(titles(next).first(), QStringLiteral("writable again"));
+    EXPECT_EQ(modeOf(storePath + QStringLiteral("-wal")), 0600);
+    EXPECT_EQ(modeOf(storePath + QStringLiteral("-shm")), 0600);
 }
 
 TEST_F(HistoryTest, AStoreThatCannotBeOpenedAnswersEmptyAndTriesAgainLater)

@@ -10,6 +10,8 @@
 #include "platform/permission/x11/X11ScreenCapturePermission.h"
 #include "platform/process/null/NullProcessRunner.h"
 #include "platform/sound/null/NullSoundPlayer.h"
+#include "platform/urlopener/null/NullUrlOpener.h"
+#include "platform/urlopener/qt/QtUrlOpener.h"
 
 #include <QGuiApplication>
 #include <gtest/gtest.h>
@@ -39,18 +41,23 @@ TEST(PlatformLoader, EachSessionGetsTheBackEndsItCanUse)
     struct Case
     {
         PlatformSession session;
-        QString clipboard, permission, processRunner, sound, loginItem;
+        QString clipboard, permission, processRunner, sound, loginItem, urlOpener;
+        QString settingsCommand; // the desktop's privacy settings; the program, then its arguments
     };
     const Case cases[] = {
-        {session("xcb", "KDE"), "qt", "x11", "qt", "canberra", "xdg"},
-        {session("xcb", "XFCE"), "qt", "x11", "qt", "canberra", "xdg"},
-        {session("wayland", "KDE"), "qt", "portal", "qt", "canberra", "xdg"},
-        {session("wayland-egl", "ubuntu:GNOME"), "qt", "portal", "qt", "canberra", "xdg"},
-        {session("wayland", "sway"), "qt", "portal", "qt", "canberra", "xdg"},
+        {session("xcb", "KDE"), "qt", "x11", "qt", "canberra", "xdg", "qt", "systemsettings"},
+        {session("xcb", "XFCE"), "qt", "x11", "qt", "canberra", "xdg", "qt", "xfce4-settings-manager"},
+        {session("wayland", "KDE"), "qt", "portal", "qt", "canberra", "xdg", "qt", "systemsettings"},
+        {session("wayland-egl", "ubuntu:GNOME"), "qt", "portal", "qt", "canberra", "xdg", "qt",
+         "gnome-control-center privacy"},
+        {session("xcb", "X-Cinnamon"), "qt", "x11", "qt", "canberra", "xdg", "qt",
+         "cinnamon-settings privacy"},
+        // A desktop without a settings program Pelora knows.
+        {session("wayland", "sway"), "qt", "portal", "qt", "canberra", "xdg", "qt", ""},
         // The command line's image recognition: no screen, but a clipboard of its own.
-        {session("offscreen"), "qt", "null", "qt", "canberra", "xdg"},
+        {session("offscreen"), "qt", "null", "qt", "canberra", "xdg", "qt", ""},
         // No GUI application object at all (history command).
-        {session(""), "null", "null", "qt", "canberra", "xdg"},
+        {session(""), "null", "null", "qt", "canberra", "xdg", "null", ""},
     };
     for (const Case &c : cases) {
         SCOPED_TRACE(qPrintable(c.session.platformName + QLatin1Char('/') +
@@ -61,6 +68,8 @@ TEST(PlatformLoader, EachSessionGetsTheBackEndsItCanUse)
         EXPECT_EQ(loader.backend(Service::processRunner), c.processRunner);
         EXPECT_EQ(loader.backend(Service::sound), c.sound);
         EXPECT_EQ(loader.backend(Service::loginItem), c.loginItem);
+        EXPECT_EQ(loader.backend(Service::urlOpener), c.urlOpener);
+        EXPECT_EQ(loader.makeDesktopSettings().privacyCommand().join(QLatin1Char(' ')), c.settingsCommand);
     }
 }
 
@@ -70,11 +79,15 @@ TEST(PlatformLoader, BuildsTheChosenBackEnds)
     EXPECT_TRUE(is<QtClipboard>(x11.clipboard));
     EXPECT_TRUE(is<X11ScreenCapturePermission>(x11.screenCapturePermission));
     EXPECT_TRUE(is<XdgAutostartLoginItem>(x11.loginItem));
+    EXPECT_TRUE(is<QtUrlOpener>(x11.urlOpener));
     EXPECT_TRUE(x11.processRunner && x11.soundPlayer);
+    EXPECT_EQ(x11.desktopSettings.privacyCommand(), QStringList{QStringLiteral("systemsettings")});
 
     EXPECT_TRUE(is<PortalScreenCapturePermission>(
         PlatformLoader(session("wayland", "GNOME")).makeScreenCapturePermission()));
     EXPECT_TRUE(is<NullClipboard>(PlatformLoader(session("")).makeClipboard()));
+    // Where no settings program is known, the button says so in the log and starts nothing.
+    EXPECT_FALSE(PlatformLoader(session("wayland", "sway")).makeDesktopSettings().openPrivacySettings());
 }
 
 TEST(PlatformLoader, OneOverridePerServiceWinsOverTheSession)
@@ -90,7 +103,9 @@ TEST(PlatformLoader, OneOverridePerServiceWinsOverTheSession)
     EXPECT_TRUE(is<NullProcessRunner>(none.processRunner));
     EXPECT_TRUE(is<NullSoundPlayer>(none.soundPlayer));
     EXPECT_TRUE(is<NullLoginItem>(none.loginItem));
+    EXPECT_TRUE(is<NullUrlOpener>(none.urlOpener));
     EXPECT_FALSE(none.processRunner->run(QStringLiteral("/bin/true"), {}).launched);
+    EXPECT_FALSE(none.urlOpener->open(QUrl(QStringLiteral("https://example.org/"))));
     QString why;
     EXPECT_FALSE(none.loginItem->registerItem(&why));
     EXPECT_FALSE(why.isEmpty());

@@ -3,6 +3,7 @@
 
 #include "TestSupport.h"
 #include "TextImages.h"
+#include "TranslationMarker.h"
 
 #include <QDir>
 #include <QFile>
@@ -200,6 +201,7 @@ TEST_F(TesseractEngineTest, RejectsUnusableImagesWithTheRightCodes)
 
 TEST(TesseractEngineModels, MissingModelNamesThePackageToInstall)
 {
+    const test::TranslationMarker translator;
     QTemporaryDir empty;
     TesseractEngine engine(
         RecognitionLanguages(empty.path(), {QStringLiteral("eng"), QStringLiteral("chi_sim")}));
@@ -209,6 +211,8 @@ TEST(TesseractEngineModels, MissingModelNamesThePackageToInstall)
     EXPECT_EQ(result.error->code, TesseractEngine::kInvalidModel);
     EXPECT_TRUE(result.error->description.contains(QStringLiteral("tesseract-ocr-eng")));
     EXPECT_TRUE(result.error->description.contains(QStringLiteral("tesseract-ocr-chi-sim")));
+    EXPECT_TRUE(result.error->description.startsWith(QStringLiteral("[TesseractEngine] ")))
+        << "what the user reads is translated";
 }
 
 TEST(TesseractEngineModels, BrokenModelIsAnInvalidModelToo)

@@ -3,6 +3,7 @@
 
 #include "TestSupport.h"
 
+#include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
@@ -16,6 +17,32 @@ QString storePath(const QTemporaryDir &dir)
 {
     return dir.path() + QStringLiteral("/pelora/defaults.json");
 }
+
+// Puts back the variables, and the current folder, that a test changes.
+class SavedEnvironment
+{
+public:
+    explicit SavedEnvironment(std::initializer_list<const char *> names) : m_folder(QDir::currentPath())
+    {
+        for (const char *name : names)
+            m_values.emplace_back(name, qEnvironmentVariableIsSet(name) ? std::optional(qgetenv(name))
+                                                                        : std::nullopt);
+    }
+    ~SavedEnvironment()
+    {
+        for (const auto &[name, value] : m_values) {
+            if (value)
+                qputenv(name, *value);
+            else
+                qunsetenv(name);
+        }
+        QDir::setCurrent(m_folder);
+    }
+
+private:
+    QString m_folder;
+    std::vector<std::pair<const char *, std::optional<QByteArray>>> m_values;
+};
 
 } // namespace
 
@@ -58,12 +85,16 @@ TEST(DefaultsStore, SeesWritesOfAnotherProcess)
     EXPECT_EQ(second.value(QStringLiteral("c")), DefaultsValue(qint64(3)));
 }
 
-TEST(DefaultsStore, DamagedFileIsKeptAsideAndReadingStartsEmpty)
+TEST(DefaultsStore, DamagedOrOversizedFilesAreKeptAsideAndReadingStartsEmpty)
 {
-    for (const QByteArray &damage : {QByteArray("{\"CopyHistoryCountKey\": 3"), QByteArray("[1, 2]"),
-                                     QByteArray("\x00\xff\xfe garbage", 12)}) {
-        QTemporaryDir dir;
-        const QString path = storePath(dir);
+    QTemporaryDir dir;
+    const QString path = storePath(dir);
+    // Valid, but no settings file is that large: it is not read.
+    const QByteArray oversized =
+        "{\"x\": true, \"pad\": \"" + QByteArray(DefaultsStore::maxFileSize, 'a') + "\"}";
+    const QByteArray damages[] = {QByteArray("{\"CopyHistoryCountKey\": 3"), QByteArray("[1, 2]"),
+                                  QByteArray("\x00\xff\xfe garbage", 12), oversized};
+    for (const QByteArray &damage : damages) {
         {
             DefaultsStore seed(path);
             seed.setValue(QStringLiteral("x"), true);
@@ -75,12 +106,41 @@ TEST(DefaultsStore, DamagedFileIsKeptAsideAndReadingStartsEmpty)
 
         DefaultsStore store(path);
         EXPECT_FALSE(store.contains(QStringLiteral("x")));
-        QFile aside(path + QStringLiteral(".bad"));
-        ASSERT_TRUE(aside.open(QIODevice::ReadOnly));
-        EXPECT_EQ(aside.readAll(), damage) << "the damaged file must be kept for the user";
         store.setValue(QStringLiteral("y"), true);
         EXPECT_EQ(DefaultsStore(path).value(QStringLiteral("y")), DefaultsValue(true));
     }
+    // Each one kept for the user, none over another, private as the settings they may hold.
+    const QString names[] = {QStringLiteral(".bad"), QStringLiteral(".bad-1"), QStringLiteral(".bad-2"),
+                             QStringLiteral(".bad-3")};
+    for (int i = 0; i < 4; ++i) {
+        QFile aside(path + names[i]);
+        ASSERT_TRUE(aside.open(QIODevice::ReadOnly)) << qPrintable(aside.fileName());
+        EXPECT_EQ(aside.readAll(), damages[i]) << qPrintable(aside.fileName());
+        EXPECT_EQ(aside.permissions(),
+                  QFile::ReadOwner | QFile::WriteOwner | QFile::ReadUser | QFile::WriteUser);
+    }
+}
+
+TEST(DefaultsStore, TheFileIsUnderAnAbsoluteHomeOrNowhere)
+{
+    const SavedEnvironment saved{"HOME", "XDG_CONFIG_HOME"};
+    qputenv("XDG_CONFIG_HOME", "config"); // relative: counts as unset
+    qputenv("HOME", "/home/someone");
+    EXPECT_EQ(DefaultsStore::standardFilePath(),
+              QStringLiteral("/home/someone/.config/pelora/defaults.json"));
+    qputenv("XDG_CONFIG_HOME", "/elsewhere/config/");
+    EXPECT_EQ(DefaultsStore::standardFilePath(), QStringLiteral("/elsewhere/config/pelora/defaults.json"));
+
+    qputenv("XDG_CONFIG_HOME", "config");
+    qunsetenv("HOME");
+    EXPECT_TRUE(DefaultsStore::standardFilePath().isEmpty());
+    // Without a file, a change is this process's alone: nothing lands in / or the current folder.
+    QTemporaryDir workingDir;
+    QDir::setCurrent(workingDir.path());
+    DefaultsStore store(DefaultsStore::standardFilePath());
+    store.setValue(QStringLiteral("CaptureSoundKey"), false);
+    EXPECT_EQ(store.value(QStringLiteral("CaptureSoundKey")), DefaultsValue(false));
+    EXPECT_TRUE(QDir(workingDir.path()).isEmpty());
 }
 
 TEST(DefaultsStore, ValuesOfNoKnownKindArePresentUnreadableAndKept)

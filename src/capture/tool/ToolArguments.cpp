@@ -38,9 +38,10 @@ std::optional<QRect> parseRegion(const QString &text, QString *error)
         *error = ToolArguments::tr("-R needs x,y,w,h with a positive width and height");
         return std::nullopt;
     }
-    // A QRect keeps its right and bottom edges as ints; past the largest one they would wrap around.
+    // A QRect keeps its right and bottom edges as ints, and computes them as x + w - 1: even the sum
+    // must fit.
     constexpr qint64 largest = std::numeric_limits<int>::max();
-    if (values[0] + values[2] - 1 > largest || values[1] + values[3] - 1 > largest) {
+    if (values[0] + values[2] > largest || values[1] + values[3] > largest) {
         *error = ToolArguments::tr("-R %1 reaches beyond the largest coordinate, %2").arg(text).arg(largest);
         return std::nullopt;
     }

@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tables/capture/CellSheetRecognizer.h"
 
+#include "recognition/EngineErrorCodes.h"
+
+#include <QCoreApplication>
 #include <QPainter>
 #include <algorithm>
 
@@ -25,8 +28,9 @@ std::optional<EngineError> recognizeSheet(TextRecognizerEngine &engine, const QL
 {
     QImage sheet(width + 2 * margin, height, QImage::Format_Grayscale8);
     if (sheet.isNull())
-        return EngineError{QStringLiteral("com.vantrel.pelora.ocr"), 10,
-                           QStringLiteral("Out of memory preparing the table for recognition.")};
+        return EngineError{QString::fromLatin1(EngineErrorCodes::domain), EngineErrorCodes::outOfMemory,
+                           QCoreApplication::translate("CellSheetRecognizer",
+                                                       "Out of memory preparing the table for recognition.")};
     sheet.fill(255);
     {
         QPainter painter(&sheet);

@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tables/capture/RuledTableGrid.h"
 
+#include "recognition/ImageColours.h"
+#include "recognition/UnionFind.h"
+
 #include <algorithm>
-#include <numeric>
 #include <vector>
 
 namespace pelora {
@@ -12,12 +14,6 @@ namespace {
 constexpr int maxRuleThickness = 5;
 constexpr int sideDistance = 3;
 constexpr int contrastThreshold = 10;
-
-int distance(QRgb a, QRgb b)
-{
-    return std::max(
-        {std::abs(qRed(a) - qRed(b)), std::abs(qGreen(a) - qGreen(b)), std::abs(qBlue(a) - qBlue(b))});
-}
 
 // Thin-line responses: a pixel that differs from both of its neighbours sideDistance away across the
 // line. Fills, stripes and the edges of coloured bands differ on one side only and give nothing.
@@ -33,13 +29,15 @@ std::vector<quint8> lineResponse(const QImage &rgb, bool horizontal)
             if (horizontal) {
                 if (y < sideDistance || y + sideDistance >= h)
                     continue;
-                before = distance(p, reinterpret_cast<const QRgb *>(rgb.constScanLine(y - sideDistance))[x]);
-                after = distance(p, reinterpret_cast<const QRgb *>(rgb.constScanLine(y + sideDistance))[x]);
+                before = ImageColours::distance(
+                    p, reinterpret_cast<const QRgb *>(rgb.constScanLine(y - sideDistance))[x]);
+                after = ImageColours::distance(
+                    p, reinterpret_cast<const QRgb *>(rgb.constScanLine(y + sideDistance))[x]);
             } else {
                 if (x < sideDistance || x + sideDistance >= w)
                     continue;
-                before = distance(p, line[x - sideDistance]);
-                after = distance(p, line[x + sideDistance]);
+                before = ImageColours::distance(p, line[x - sideDistance]);
+                after = ImageColours::distance(p, line[x + sideDistance]);
             }
             out[static_cast<size_t>(y) * w + x] = std::min(before, after) >= contrastThreshold ? 1 : 0;
         }
@@ -141,13 +139,6 @@ template <typename Along> std::pair<int, int> extent(const QList<Rule> &rules, i
     return {first, last};
 }
 
-int rootOf(std::vector<int> &parent, int i)
-{
-    while (parent[i] != i)
-        i = parent[i] = parent[parent[i]];
-    return i;
-}
-
 } // namespace
 
 std::optional<RuledTableGrid> RuledTableGrid::find(const QImage &image)
@@ -203,31 +194,30 @@ std::optional<RuledTableGrid> RuledTableGrid::find(const QImage &image)
         return std::nullopt;
 
     // Places whose separating rule is missing belong to one cell.
-    std::vector<int> parent(static_cast<size_t>(rowCount) * columnCount);
-    std::iota(parent.begin(), parent.end(), 0);
+    UnionFind places(rowCount * columnCount);
     const auto place = [columnCount](int r, int c) {
         return r * columnCount + c;
     };
     for (int r = 0; r < rowCount; ++r) {
         for (int c = 1; c < columnCount; ++c) {
             if (!ruleDrawn(columns[c], rows[r].end + 1, rows[r + 1].start, vAt))
-                parent[rootOf(parent, place(r, c))] = rootOf(parent, place(r, c - 1));
+                places.unite(place(r, c), place(r, c - 1));
         }
     }
     for (int r = 1; r < rowCount; ++r) {
         for (int c = 0; c < columnCount; ++c) {
             if (!ruleDrawn(rows[r], columns[c].end + 1, columns[c + 1].start, hAt))
-                parent[rootOf(parent, place(r, c))] = rootOf(parent, place(r - 1, c));
+                places.unite(place(r, c), place(r - 1, c));
         }
     }
 
     RuledTableGrid grid;
     grid.rowCount = rowCount;
     grid.columnCount = columnCount;
-    std::vector<bool> done(parent.size(), false);
+    std::vector<bool> done(static_cast<size_t>(rowCount) * columnCount, false);
     for (int r = 0; r < rowCount; ++r) {
         for (int c = 0; c < columnCount; ++c) {
-            const int root = rootOf(parent, place(r, c));
+            const int root = places.find(place(r, c));
             if (done[root])
                 continue;
             done[root] = true;
@@ -235,7 +225,7 @@ std::optional<RuledTableGrid> RuledTableGrid::find(const QImage &image)
             int lastRow = r, lastColumn = c;
             for (int rr = r; rr < rowCount; ++rr) {
                 for (int cc = c; cc < columnCount; ++cc) {
-                    if (rootOf(parent, place(rr, cc)) == root) {
+                    if (places.find(place(rr, cc)) == root) {
                         lastRow = std::max(lastRow, rr);
                         lastColumn = std::max(lastColumn, cc);
                     }

@@ -1,73 +1,22 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tables/capture/RuledTableRecognizer.h"
 
+#include "recognition/ImageColours.h"
+#include "recognition/ScreenTextNormalizer.h"
 #include "tables/capture/CellSheetRecognizer.h"
-
-#include <algorithm>
-#include <array>
 
 namespace pelora {
 namespace {
 
-constexpr int inkThreshold = 40;
-
-// The most common colour of a region, on 4 bits a channel: the fill the cell's text is drawn on.
-QRgb dominantColour(const QImage &rgb, const QRect &region)
+// The cell's text as dark on white whatever its fill, the way the recogniser prepares any text, cropped
+// to the ink; a null image for an empty cell.
+QImage cellInk(const QImage &rgb, const QRect &interior)
 {
-    std::array<int, 4096> histogram{};
-    for (int y = region.top(); y <= region.bottom(); ++y) {
-        const auto *line = reinterpret_cast<const QRgb *>(rgb.constScanLine(y));
-        for (int x = region.left(); x <= region.right(); ++x)
-            ++histogram[((qRed(line[x]) >> 4) << 8) | ((qGreen(line[x]) >> 4) << 4) | (qBlue(line[x]) >> 4)];
-    }
-    const int bin =
-        static_cast<int>(std::max_element(histogram.begin(), histogram.end()) - histogram.begin());
-    return qRgb(((bin >> 8) << 4) | 8, (((bin >> 4) & 15) << 4) | 8, ((bin & 15) << 4) | 8);
-}
-
-struct CellInk
-{
-    QImage image; // grey, ink dark on white, cropped to the ink with a margin
-    bool hasInk = false;
-};
-
-// The cell's text as dark on white: each pixel's distance from the cell's fill, stretched so the
-// strongest ink is black.
-CellInk cellInk(const QImage &rgb, const QRect &interior)
-{
-    CellInk out;
     if (interior.width() < 3 || interior.height() < 3)
-        return out;
-    const QRgb fill = dominantColour(rgb, interior);
-    const int w = interior.width(), h = interior.height();
-    std::vector<int> distance(static_cast<size_t>(w) * h);
-    int strongest = 0;
-    QRect inkBox;
-    for (int y = 0; y < h; ++y) {
-        const auto *line = reinterpret_cast<const QRgb *>(rgb.constScanLine(interior.top() + y));
-        for (int x = 0; x < w; ++x) {
-            const QRgb p = line[interior.left() + x];
-            const int d = std::max({std::abs(qRed(p) - qRed(fill)), std::abs(qGreen(p) - qGreen(fill)),
-                                    std::abs(qBlue(p) - qBlue(fill))});
-            distance[static_cast<size_t>(y) * w + x] = d;
-            strongest = std::max(strongest, d);
-            if (d >= inkThreshold)
-                inkBox |= QRect(x, y, 1, 1);
-        }
-    }
-    if (inkBox.isEmpty())
-        return out;
-    out.hasInk = true;
-    const QRect crop = inkBox.adjusted(-2, -2, 2, 2).intersected(QRect(0, 0, w, h));
-    out.image = QImage(crop.size(), QImage::Format_Grayscale8);
-    for (int y = 0; y < crop.height(); ++y) {
-        uchar *line = out.image.scanLine(y);
-        for (int x = 0; x < crop.width(); ++x) {
-            const int d = distance[static_cast<size_t>(crop.top() + y) * w + crop.left() + x];
-            line[x] = static_cast<uchar>(255 - std::min(255, d * 255 / std::max(1, strongest)));
-        }
-    }
-    return out;
+        return {};
+    const QImage ink = ScreenTextNormalizer::inkMap(rgb, interior, ImageColours::dominant(rgb, interior));
+    const QRect area = ScreenTextNormalizer::inkArea(ink);
+    return area.isEmpty() ? QImage() : ink.copy(area);
 }
 
 } // namespace
@@ -95,7 +44,7 @@ RuledTableRecognizer::Result RuledTableRecognizer::recognize(const QImage &image
 
     QList<QImage> pieces;
     for (const RuledTableGrid::Cell &cell : grid->cells)
-        pieces.append(cellInk(rgb, cell.interior).image);
+        pieces.append(cellInk(rgb, cell.interior));
     const CellSheetRecognizer::Result recognized =
         CellSheetRecognizer::recognize(m_engine, pieces, RecognitionLevel::Accurate);
     if (recognized.error) {

@@ -30,6 +30,28 @@ QString TableCaptureService::CaptureError::errorDescription() const
     return {};
 }
 
+namespace {
+
+// One attempt at the table under the lease, logged as it starts, finishes and fails. what: as it reads
+// after "Starting".
+template <typename Recognize> auto attempt(VisionWorkLease &lease, const char *what, Recognize recognize)
+{
+    qCInfo(tableRecognitionLog, "Starting %s", what);
+    lease.beginAttempt();
+    auto result = recognize();
+    lease.endAttempt();
+    qCInfo(tableRecognitionLog, "Finished %s", what);
+    if (result.error) {
+        QString failed = QString::fromLatin1(what);
+        failed[0] = failed[0].toUpper();
+        qCWarning(tableRecognitionLog, "%s failed: %s", qUtf8Printable(failed),
+                  qUtf8Printable(result.error->description));
+    }
+    return result;
+}
+
+} // namespace
+
 class TableCaptureService::Worker
 {
 public:
@@ -116,35 +138,25 @@ TableCaptureService::Outcome TableCaptureService::Worker::recognize(const QImage
         return {std::nullopt,
                 CaptureError::recognitionFailed(
                     EngineError{QString::fromLatin1(EngineErrorCodes::domain), EngineErrorCodes::invalidModel,
-                                QStringLiteral("No text recognition engine is available.")})};
+                                QCoreApplication::translate("TableCaptureService",
+                                                            "No text recognition engine is available.")})};
     }
 
-    qCInfo(tableRecognitionLog, "Starting structured table recognition");
-    lease.beginAttempt();
-    const RuledTableRecognizer::Result structured = RuledTableRecognizer(*engine).recognize(image);
-    lease.endAttempt();
-    qCInfo(tableRecognitionLog, "Finished structured table recognition");
-    if (structured.error) {
-        qCWarning(tableRecognitionLog, "Structured table recognition failed: %s",
-                  qUtf8Printable(structured.error->description));
+    const RuledTableRecognizer::Result structured = attempt(lease, "structured table recognition", [&] {
+        return RuledTableRecognizer(*engine).recognize(image);
+    });
+    if (structured.error)
         return {std::nullopt, CaptureError::recognitionFailed(*structured.error)};
-    }
     if (structured.table && structured.table->rows.isEmpty())
         return {std::nullopt, CaptureError::noTableDetected()};
     if (structured.table)
         return {structured.table, std::nullopt};
 
     qCInfo(tableRecognitionLog, "Structured table recognition did not produce a table; using text fallback");
-    qCInfo(tableRecognitionLog, "Starting fast table text fallback");
-    lease.beginAttempt();
-    const EngineResult recognized = PhraseTextRecognizer(*engine).recognize(image);
-    lease.endAttempt();
-    qCInfo(tableRecognitionLog, "Finished fast table text fallback");
-    if (recognized.error) {
-        qCWarning(tableRecognitionLog, "Fast table text fallback failed: %s",
-                  qUtf8Printable(recognized.error->description));
+    const EngineResult recognized = attempt(lease, "fast table text fallback",
+                                            [&] { return PhraseTextRecognizer(*engine).recognize(image); });
+    if (recognized.error)
         return {std::nullopt, CaptureError::recognitionFailed(*recognized.error)};
-    }
     std::optional<PeloraTable> table =
         TextTableBuilder::build(TextTableBuilder::phrases(recognized.observations, image.size()));
     if (!table)

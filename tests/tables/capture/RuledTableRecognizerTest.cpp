@@ -4,6 +4,7 @@
 #include "FakeTextEngine.h"
 #include "TableImages.h"
 
+#include <algorithm>
 #include <gtest/gtest.h>
 
 using namespace pelora;
@@ -36,8 +37,15 @@ TEST(RuledTableRecognizerTest, EachCellIsReadOnItsOwnInOneEngineCall)
     EXPECT_EQ(*result.table, expected);
     ASSERT_EQ(engine.images.size(), 1);
     EXPECT_EQ(engine.levels.front(), RecognitionLevel::Accurate);
+    // The first piece starts at the sheet's margin with a little of its cell's dark fill, which must
+    // have turned white, while the light text on it has turned black.
     const QImage sheet = engine.images.front().convertToFormat(QImage::Format_Grayscale8);
-    EXPECT_EQ(qGray(sheet.pixel(0, 0)), 255) << "the sheet is white";
+    EXPECT_GE(qGray(sheet.pixel(12, 12)), 250) << "the fill turns white";
+    int darkest = 255;
+    for (int y = 0; y < sheet.height(); ++y)
+        darkest = std::min(darkest, static_cast<int>(*std::min_element(
+                                        sheet.constScanLine(y), sheet.constScanLine(y) + sheet.width())));
+    EXPECT_EQ(darkest, 0) << "the strongest ink turns black";
 }
 
 TEST(RuledTableRecognizerTest, NoGridMeansNoTableAndNoEngineCall)

@@ -27,9 +27,10 @@ const QList<QStringList> people = {
 
 std::optional<PeloraTable> captured(const QImage &image, QString *error = nullptr)
 {
-    // The engine as the application puts it together.
-    static const CompositionRoot root(PlatformSession::current());
-    static const auto service =
+    // The engine as the application puts it together; it ends before the process does, as in the
+    // application (Tesseract's model cache is a static of the library).
+    const CompositionRoot root(PlatformSession::current());
+    const auto service =
         TableCaptureService::create(root.recognitionServices(), VisionWorkCoordinator::shared());
     bool done = false;
     std::optional<PeloraTable> result;

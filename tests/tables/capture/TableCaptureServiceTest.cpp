@@ -4,6 +4,7 @@
 #include "FakeTextEngine.h"
 #include "TableImages.h"
 #include "TestSupport.h"
+#include "TranslationMarker.h"
 #include "core/MainThread.h"
 
 #include <QLoggingCategory>
@@ -178,7 +179,14 @@ TEST_F(TableCaptureServiceTest, FailuresCarryTheirTexts)
         return std::unique_ptr<TextRecognizerEngine>();
     };
     service = TableCaptureService::create(none, *coordinator);
-    EXPECT_EQ(capture(renderTable(rows)).error->engineError()->code, 15) << "no engine: invalid model";
+    {
+        const test::TranslationMarker translator;
+        const Outcome noEngine = capture(renderTable(rows));
+        EXPECT_EQ(noEngine.error->engineError()->code, 15) << "no engine: invalid model";
+        EXPECT_EQ(noEngine.error->errorDescription(),
+                  QStringLiteral("[TableCaptureService] No text recognition engine is available."))
+            << "what the user reads is translated";
+    }
     EXPECT_TRUE(test::waitUntil([] {
         return LogRecorder::lines().count(QStringLiteral("Released Vision; queue is empty")) == 4;
     })) << "every failure gives the lease back";

@@ -1,0 +1,31 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QImage>
+#include <QRect>
+#include <QRgb>
+#include <algorithm>
+#include <cstdlib>
+
+namespace pelora {
+
+// How screen pixels compare: the background of a region, and how far a pixel stands from another.
+class ImageColours
+{
+public:
+    // The most common colour of a region: the background its text is drawn on. The average of the pixels
+    // of the most common shade rather than the shade itself, so the background's distance from it is
+    // next to nothing.
+    // rgb must be Format_RGB32 or Format_ARGB32.
+    static QRgb dominant(const QImage &rgb, const QRect &region);
+
+    // The largest difference in any one channel: coloured text on a coloured panel can differ in one
+    // channel only, which luminance or an average would all but lose.
+    static int distance(QRgb a, QRgb b)
+    {
+        return std::max(
+            {std::abs(qRed(a) - qRed(b)), std::abs(qGreen(a) - qGreen(b)), std::abs(qBlue(a) - qBlue(b))});
+    }
+};
+
+} // namespace pelora

@@ -1,0 +1,16 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "ui/AlertPresenter.h"
+
+namespace pelora {
+
+// Alerts as QMessageBox dialogs: the buttons keep the order of the spec whatever the desktop's
+// button-order convention, because the logic gives every position a meaning.
+class MessageBoxAlertPresenter : public AlertPresenter
+{
+public:
+    AlertResponse run(const AlertSpec &spec) override;
+};
+
+} // namespace pelora

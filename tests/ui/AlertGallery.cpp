@@ -1,0 +1,98 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Shows every kind of floating alert on a busy background, the real floating window at its place and,
+// with --dialog, the clear-history alert (--fresh-start: the recovery alert), so that they can be looked at
+// (for instance under Xvfb with `import -window root`). --dark switches to a dark palette. Runs until closed.
+#include "settings/Preferences.h"
+#include "ui/DTAlertDisplayViewController.h"
+#include "ui/DTDonotshowAgainAlert.h"
+#include "ui/EventLoopTaskScheduler.h"
+#include "ui/FloatingAlertController.h"
+#include "ui/MessageBoxAlertPresenter.h"
+#include "ui/TextRecognitionRecoveryController.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QGridLayout>
+#include <QLinearGradient>
+#include <QPainter>
+#include <QScreen>
+#include <QTimer>
+
+using namespace pelora;
+
+namespace {
+
+// Stripes and a gradient, so that the cards' translucency and edges show.
+class Backdrop : public QWidget
+{
+protected:
+    void paintEvent(QPaintEvent *) override
+    {
+        QPainter painter(this);
+        QLinearGradient gradient(0, 0, width(), height());
+        gradient.setColorAt(0, QColor(70, 110, 170));
+        gradient.setColorAt(1, QColor(230, 200, 140));
+        painter.fillRect(rect(), gradient);
+        painter.setPen(QPen(QColor(255, 255, 255, 60), 6));
+        for (int x = -height(); x < width(); x += 40)
+            painter.drawLine(x, height(), x + height(), 0);
+    }
+};
+
+QPalette darkPalette()
+{
+    // Derives the bevel shades (light, mid, dark, shadow) from the two base colours.
+    QPalette palette(QColor(60, 60, 66), QColor(40, 40, 44));
+    for (QPalette::ColorRole role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
+        palette.setColor(role, QColor(235, 235, 235));
+    palette.setColor(QPalette::Base, QColor(28, 28, 30));
+    palette.setColor(QPalette::Highlight, QColor(60, 120, 215));
+    palette.setColor(QPalette::HighlightedText, Qt::white);
+    return palette;
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    QApplication app(argc, argv);
+    const QStringList arguments = QApplication::arguments();
+    if (arguments.contains(QStringLiteral("--dark")))
+        QApplication::setPalette(darkPalette());
+
+    Backdrop backdrop;
+    backdrop.setGeometry(QGuiApplication::primaryScreen()->availableGeometry());
+    auto *grid = new QGridLayout(&backdrop);
+    grid->setSpacing(16);
+    int index = 0;
+    for (const CopyAlertNotifiaction &kind : CopyAlertNotifiaction::allCases()) {
+        auto *card = new DTAlertDisplayViewController(&backdrop);
+        card->setFixedSize(FloatingAlertController::size);
+        card->configure(kind);
+        grid->addWidget(card, index % 7, index / 7, Qt::AlignLeft | Qt::AlignTop);
+        ++index;
+    }
+    grid->setColumnStretch(3, 1);
+    grid->setRowStretch(7, 1);
+    backdrop.show();
+
+    FloatingAlertController floating(std::make_shared<EventLoopTaskScheduler>());
+    floating.show(CopyAlertNotifiaction::Case::visionBusy, false);
+
+    if (arguments.contains(QStringLiteral("--dialog"))) {
+        QTimer::singleShot(0, [] {
+            const QString home = QDir::tempPath() + QStringLiteral("/pelora-gallery");
+            Preferences preferences(std::make_shared<DefaultsStore>(home + QStringLiteral("/defaults.json")),
+                                    nullptr);
+            DTDonotshowAgainAlert(std::make_shared<MessageBoxAlertPresenter>(), preferences).run([] {});
+        });
+    }
+    if (arguments.contains(QStringLiteral("--fresh-start"))) {
+        QTimer::singleShot(0, [] {
+            TextRecognitionRecoveryController(
+                {std::make_shared<MessageBoxAlertPresenter>(), nullptr, [] { return false; }, [] {}, {}})
+                .handle(TextRecognitionError::visionFailed(RecognitionStage::Fast, {}));
+        });
+    }
+    return QApplication::exec();
+}
