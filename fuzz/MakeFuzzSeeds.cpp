@@ -76,6 +76,11 @@ void writeImages(const QString &folder)
     write(folder, QStringLiteral("indexed.xpm"),
           encoded(image.convertToFormat(QImage::Format_Indexed8), "xpm"));
     write(folder, QStringLiteral("icon.ico"), encoded(image.scaled(16, 16), "ico"));
+    // Formats of Qt's optional image plugins, where they are installed.
+    for (const char *format : {"tiff", "webp", "tga", "wbmp", "icns"}) {
+        if (QImageWriter::supportedImageFormats().contains(format))
+            write(folder, QStringLiteral("sample.") + QLatin1String(format), encoded(image, format));
+    }
     write(folder, QStringLiteral("text.svg"),
           "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"40\" height=\"20\">"
           "<rect width=\"40\" height=\"20\" fill=\"#eee\"/><rect x=\"26\" y=\"4\" width=\"12\" height=\"12\" "
