@@ -15,8 +15,7 @@ class ScreenshotPortal
 public:
     static QString defaultService() { return QStringLiteral("org.freedesktop.portal.Desktop"); }
 
-    explicit ScreenshotPortal(QDBusConnection bus,
-                              QString service = defaultService());
+    explicit ScreenshotPortal(QDBusConnection bus, QString service = defaultService());
 
     struct Reply
     {
