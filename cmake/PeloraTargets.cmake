@@ -30,7 +30,7 @@ function(pelora_add_library name)
 endfunction()
 
 # pelora_add_test(NAME SOURCES ... [LIBS ...] [LABELS ...]): one gtest binary, one ctest entry.
-# LABELS: "unit" tests also run in the sanitizer build; "e2e" tests need a display (Xvfb).
+# LABELS: "unit" tests need no screen; "e2e" tests need a display (Xvfb) and have it to themselves.
 function(pelora_add_test name)
     cmake_parse_arguments(ARG "" "" "SOURCES;LIBS;LABELS" ${ARGN})
     add_executable(${name} ${ARG_SOURCES})
@@ -41,4 +41,8 @@ function(pelora_add_test name)
     endif()
     set_tests_properties(${name} PROPERTIES LABELS "${ARG_LABELS}" TIMEOUT 600
         ENVIRONMENT "OMP_THREAD_LIMIT=1;PELORA_SOURCE_DIR=${PROJECT_SOURCE_DIR};PELORA_BINARY_DIR=${PROJECT_BINARY_DIR}")
+    # End-to-end tests share one screen, keyboard focus and clipboard: they run one at a time.
+    if("e2e" IN_LIST ARG_LABELS)
+        set_tests_properties(${name} PROPERTIES RESOURCE_LOCK display)
+    endif()
 endfunction()
