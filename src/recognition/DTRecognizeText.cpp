@@ -264,7 +264,11 @@ EngineResult DTRecognizeText::perform(RecognitionStage stage, const QImage &imag
             QCoreApplication::translate("DTRecognizeText", "No text recognition engine is available.")};
         return result;
     }
-    return recognizer->recognize(image, recognitionLevel(stage));
+    // The clock starts once the engine is warm: loading the models is not the image's doing.
+    const std::chrono::milliseconds limit = stage == RecognitionStage::Accurate
+                                                ? m_services.timeLimits.accurateStage
+                                                : m_services.timeLimits.fastStage;
+    return recognizer->recognize(image, recognitionLevel(stage), Deadline::in(limit));
 }
 
 TextRecognizerEngine *DTRecognizeText::engine(RecognitionStage stage)

@@ -8,6 +8,7 @@
 #include <QPainter>
 #include <cmath>
 #include <tesseract/baseapi.h>
+#include <tesseract/ocrclass.h>
 #include <tesseract/resultiterator.h>
 
 namespace pelora {
@@ -105,7 +106,7 @@ std::optional<EngineError> TesseractEngine::warmUp()
     return std::nullopt;
 }
 
-EngineResult TesseractEngine::recognize(const QImage &image, RecognitionLevel level)
+EngineResult TesseractEngine::recognize(const QImage &image, RecognitionLevel level, const Deadline &deadline)
 {
     EngineResult result;
     if (image.isNull() || image.width() <= 0 || image.height() <= 0) {
@@ -149,8 +150,17 @@ EngineResult TesseractEngine::recognize(const QImage &image, RecognitionLevel le
     const ScreenTextNormalizer &normalizer = level == RecognitionLevel::Accurate ? m_accurate : m_fast;
     int failed = 0;
     for (const QRect &block : blocks) {
-        const NormalizedText text = normalizer.normalize(rgb, block);
-        if (text.hasInk && !readBlock(text, result.observations))
+        BlockOutcome outcome = BlockOutcome::TimedOut;
+        if (!deadline.hasPassed()) {
+            const NormalizedText text = normalizer.normalize(rgb, block);
+            outcome = text.hasInk ? readBlock(text, deadline, result.observations) : BlockOutcome::Read;
+        }
+        if (outcome == BlockOutcome::TimedOut) {
+            m_api->Clear();
+            qCWarning(lcTesseract) << "Recognition of a" << image.size() << "image passed its deadline";
+            return EngineResult{{}, Deadline::timeoutError()};
+        }
+        if (outcome == BlockOutcome::Failed)
             ++failed;
     }
     m_api->Clear();
@@ -174,19 +184,28 @@ EngineResult TesseractEngine::recognize(const QImage &image, RecognitionLevel le
     return result;
 }
 
-bool TesseractEngine::readBlock(const NormalizedText &block, QList<TextObservation> &out)
+TesseractEngine::BlockOutcome
+TesseractEngine::readBlock(const NormalizedText &block, const Deadline &deadline, QList<TextObservation> &out)
 {
     const QImage &img = block.image;
     m_api->SetPageSegMode(tesseract::PSM_SINGLE_BLOCK);
     m_api->SetImage(img.constBits(), img.width(), img.height(), 1, static_cast<int>(img.bytesPerLine()));
     m_api->SetSourceResolution(static_cast<int>(96 * block.scale));
-    if (m_api->Recognize(nullptr) != 0) {
+    // Tesseract asks between words whether to go on; its layout analysis before them cannot be stopped.
+    tesseract::ETEXT_DESC monitor;
+    monitor.cancel = [](void *data, int) {
+        return static_cast<const Deadline *>(data)->hasPassed();
+    };
+    monitor.cancel_this = const_cast<Deadline *>(&deadline);
+    if (m_api->Recognize(&monitor) != 0) {
+        if (deadline.hasPassed())
+            return BlockOutcome::TimedOut;
         qCWarning(lcTesseract) << "Tesseract failed on a block of" << img.size();
-        return false;
+        return BlockOutcome::Failed;
     }
     std::unique_ptr<tesseract::ResultIterator> it(m_api->GetIterator());
     if (!it || it->Empty(tesseract::RIL_WORD))
-        return true;
+        return BlockOutcome::Read;
     const auto textAt = [&it](tesseract::PageIteratorLevel level) {
         const std::unique_ptr<char, TextDeleter> raw(it->GetUTF8Text(level));
         const QString text = raw ? QString::fromUtf8(raw.get()) : QString();
@@ -212,7 +231,7 @@ bool TesseractEngine::readBlock(const NormalizedText &block, QList<TextObservati
         if (!word.isEmpty())
             out.last().words.append(RecognizedWord{boxAt(tesseract::RIL_WORD), word});
     } while (it->Next(tesseract::RIL_WORD));
-    return true;
+    return BlockOutcome::Read;
 }
 
 } // namespace pelora

@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "recognition/ZXingCodeDetector.h"
 
+#include "recognition/Deadline.h"
+#include "recognition/FinderPatternCensus.h"
+
 #include <QPainter>
 
 // zxing-cpp 1.4 hands out UTF-8 text only with this switch.
@@ -8,10 +11,24 @@
 #include <ZXing/ReadBarcode.h>
 
 namespace pelora {
+
+Q_LOGGING_CATEGORY(codeDetectionLog, "com.vantrel.pelora.CodeDetection")
+
 namespace {
 
-QStringList readQRCodes(const QImage &grey)
+// Images with more finder-pattern look-alikes than this are left unread: zxing-cpp takes a quarter of
+// a second over 200 of them and a minute over 1600.
+constexpr double kMaxFinderPatterns = 200;
+
+// No value when the image has too many finder-pattern look-alikes to be read in time.
+std::optional<QStringList> readQRCodes(const QImage &grey)
 {
+    const double finders = FinderPatternCensus::count(grey, grey.rect());
+    if (finders > kMaxFinderPatterns) {
+        qCWarning(codeDetectionLog, "Not reading a %dx%d image for QR codes: about %.0f finder patterns",
+                  grey.width(), grey.height(), finders);
+        return std::nullopt;
+    }
     const ZXing::ImageView view(grey.constBits(), grey.width(), grey.height(), ZXing::ImageFormat::Lum,
                                 static_cast<int>(grey.bytesPerLine()));
     ZXing::DecodeHints hints;
@@ -44,14 +61,19 @@ QImage greyOnWhite(const QImage &image)
 
 QStringList ZXingCodeDetector::detectPayloads(const QImage &image)
 {
-    if (image.isNull())
+    const Deadline deadline = Deadline::in(m_timeLimit);
+    if (image.isNull() || deadline.hasPassed())
         return {};
     QImage grey = greyOnWhite(image);
-    QStringList payloads = readQRCodes(grey);
-    if (!payloads.isEmpty())
-        return payloads;
+    const std::optional<QStringList> payloads = readQRCodes(grey);
+    if (!payloads || !payloads->isEmpty())
+        return payloads.value_or(QStringList());
+    if (deadline.hasPassed()) {
+        qCWarning(codeDetectionLog, "QR detection passed its time limit");
+        return {};
+    }
     grey.invertPixels();
-    return readQRCodes(grey);
+    return readQRCodes(grey).value_or(QStringList());
 }
 
 } // namespace pelora

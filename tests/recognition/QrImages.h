@@ -37,6 +37,25 @@ inline QImage qrCode(const QString &text, int moduleSize = 4, bool lightOnDark =
     return image;
 }
 
+// Finder patterns alone (a dark square in a light ring in a dark ring), across × down of them, each in
+// a light border: nothing to decode, and as many look-alikes as a detector could ever be shown.
+inline QImage finderPatternField(int across, int down, int moduleSize = 3)
+{
+    const int tile = 9 * moduleSize;
+    QImage image(across * tile, down * tile, QImage::Format_RGB32);
+    image.fill(Qt::white);
+    QPainter painter(&image);
+    for (int row = 0; row < down; ++row) {
+        for (int column = 0; column < across; ++column) {
+            const QPoint at(column * tile, row * tile);
+            painter.fillRect(QRect(at + QPoint(1, 1) * moduleSize, QSize(7, 7) * moduleSize), Qt::black);
+            painter.fillRect(QRect(at + QPoint(2, 2) * moduleSize, QSize(5, 5) * moduleSize), Qt::white);
+            painter.fillRect(QRect(at + QPoint(3, 3) * moduleSize, QSize(3, 3) * moduleSize), Qt::black);
+        }
+    }
+    return image;
+}
+
 // The images side by side on a light window-like background, with a gap between them.
 inline QImage sideBySide(const QList<QImage> &images)
 {

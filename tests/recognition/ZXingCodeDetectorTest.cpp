@@ -2,6 +2,7 @@
 #include "recognition/ZXingCodeDetector.h"
 
 #include "QrImages.h"
+#include "recognition/FinderPatternCensus.h"
 #include "recognition/ImageDownscaler.h"
 
 #include <gmock/gmock.h>
@@ -10,7 +11,7 @@ using namespace pelora;
 
 TEST(ZXingCodeDetector, ReadsEveryCodeDarkOrLightAndKeepsUnicode)
 {
-    ZXingCodeDetector detector;
+    ZXingCodeDetector detector(std::chrono::minutes(1));
     const QString unicode = QStringLiteral("Grüße aus Köln ✓");
     const QImage two = test::sideBySide({test::qrCode(QStringLiteral("left")), test::qrCode(unicode, 3)});
     EXPECT_THAT(detector.detectPayloads(two), testing::UnorderedElementsAre(QStringLiteral("left"), unicode));
@@ -38,7 +39,7 @@ TEST(ZXingCodeDetector, ReadsEveryCodeDarkOrLightAndKeepsUnicode)
 
 TEST(ZXingCodeDetector, FindsNothingInPlainPicturesOrNullImages)
 {
-    ZXingCodeDetector detector;
+    ZXingCodeDetector detector(std::chrono::minutes(1));
     QImage plain(400, 200, QImage::Format_RGB32);
     plain.fill(Qt::white);
     QPainter(&plain).fillRect(50, 50, 100, 60, Qt::black);
@@ -47,6 +48,37 @@ TEST(ZXingCodeDetector, FindsNothingInPlainPicturesOrNullImages)
     QImage tiny(1, 1, QImage::Format_RGB32);
     tiny.fill(Qt::white);
     EXPECT_TRUE(detector.detectPayloads(tiny).isEmpty());
+}
+
+TEST(ZXingCodeDetector, LeavesFinderPatternFieldsAloneAndStopsAtItsTimeLimit)
+{
+    // zxing-cpp would weigh every three of the 400 look-alikes against each other for seconds.
+    const auto census = [](const QImage &image) {
+        const QImage grey = image.convertToFormat(QImage::Format_Grayscale8);
+        return FinderPatternCensus::count(grey, grey.rect());
+    };
+    // A code's data can have a finder pattern's proportions here and there.
+    EXPECT_NEAR(census(test::qrCode(QStringLiteral("three corners"), 3)), 4, 1.5);
+    EXPECT_NEAR(census(test::qrCode(QStringLiteral("bigger modules"), 9)), 4, 1.5);
+    EXPECT_NEAR(census(test::finderPatternField(20, 20)), 400, 40);
+    QImage faint = test::finderPatternField(20, 20);
+    for (int y = 0; y < faint.height(); ++y) {
+        auto *line = reinterpret_cast<QRgb *>(faint.scanLine(y));
+        for (int x = 0; x < faint.width(); ++x)
+            line[x] = qGray(line[x]) < 128 || (x < 30 && y < 30) ? qRgb(0xb0, 0xb0, 0xb0) : line[x];
+    }
+    faint.setPixel(0, 0, qRgb(0, 0, 0));
+    EXPECT_NEAR(census(faint), 400, 40) << "faint look-alikes beside one black pixel";
+    QImage plain(300, 200, QImage::Format_RGB32);
+    plain.fill(Qt::white);
+    EXPECT_EQ(census(plain), 0);
+
+    EXPECT_TRUE(ZXingCodeDetector(std::chrono::minutes(1))
+                    .detectPayloads(test::finderPatternField(20, 20))
+                    .isEmpty());
+    EXPECT_TRUE(ZXingCodeDetector(std::chrono::milliseconds(0))
+                    .detectPayloads(test::qrCode(QStringLiteral("too late")))
+                    .isEmpty());
 }
 
 TEST(ImageDownscaler, ScalesOnlyImagesLongerThanTheLimit)

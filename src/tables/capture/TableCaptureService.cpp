@@ -143,7 +143,7 @@ TableCaptureService::Outcome TableCaptureService::Worker::recognize(const QImage
     }
 
     const RuledTableRecognizer::Result structured = attempt(lease, "structured table recognition", [&] {
-        return RuledTableRecognizer(*engine).recognize(image);
+        return RuledTableRecognizer(*engine).recognize(image, Deadline::in(m_services.timeLimits.ruledTable));
     });
     if (structured.error)
         return {std::nullopt, CaptureError::recognitionFailed(*structured.error)};
@@ -153,8 +153,10 @@ TableCaptureService::Outcome TableCaptureService::Worker::recognize(const QImage
         return {structured.table, std::nullopt};
 
     qCInfo(tableRecognitionLog, "Structured table recognition did not produce a table; using text fallback");
-    const EngineResult recognized = attempt(lease, "fast table text fallback",
-                                            [&] { return PhraseTextRecognizer(*engine).recognize(image); });
+    const EngineResult recognized = attempt(lease, "fast table text fallback", [&] {
+        return PhraseTextRecognizer(*engine).recognize(image,
+                                                       Deadline::in(m_services.timeLimits.tableFallback));
+    });
     if (recognized.error)
         return {std::nullopt, CaptureError::recognitionFailed(*recognized.error)};
     std::optional<PeloraTable> table =

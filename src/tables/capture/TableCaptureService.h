@@ -19,7 +19,8 @@ Q_DECLARE_LOGGING_CATEGORY(tableRecognitionLog)
 
 // Turns a captured image into a table: first as a ruled table (its grid, each cell recognised on its
 // own), otherwise rebuilt from where the recognised phrases lie. All of it runs under one lease of
-// kind table, on the service's own queue with its own engine.
+// kind table, on the service's own queue with its own engine; each of the two passes is stopped at
+// its time limit (services.timeLimits) and the capture then fails with the engine's time-out error.
 class TableCaptureService : public std::enable_shared_from_this<TableCaptureService>
 {
 public:

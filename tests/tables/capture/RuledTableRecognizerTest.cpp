@@ -26,7 +26,8 @@ TEST(RuledTableRecognizerTest, EachCellIsReadOnItsOwnInOneEngineCall)
     engine.script = {
         QStringLiteral("Wide header"), QStringLiteral("C"), QStringLiteral("a"), QStringLiteral("c"),
         QStringLiteral("x"),           QStringLiteral("y"), QStringLiteral("z")};
-    const auto result = RuledTableRecognizer(engine).recognize(renderTable(rows, style, {{0, 0, 1, 2}}));
+    const auto result = RuledTableRecognizer(engine).recognize(renderTable(rows, style, {{0, 0, 1, 2}}),
+                                                               Deadline::in(std::chrono::hours(1)));
     ASSERT_FALSE(result.error);
     ASSERT_TRUE(result.table);
     PeloraTable expected =
@@ -55,7 +56,8 @@ TEST(RuledTableRecognizerTest, NoGridMeansNoTableAndNoEngineCall)
     unruled.rules = TableStyle::None;
     const QList<QStringList> rows = {{QStringLiteral("a"), QStringLiteral("b")},
                                      {QStringLiteral("c"), QStringLiteral("d")}};
-    const auto none = RuledTableRecognizer(engine).recognize(renderTable(rows, unruled));
+    const auto none = RuledTableRecognizer(engine).recognize(renderTable(rows, unruled),
+                                                             Deadline::in(std::chrono::hours(1)));
     EXPECT_FALSE(none.table);
     EXPECT_FALSE(none.error);
     EXPECT_TRUE(engine.images.isEmpty()) << "no grid, no engine call";

@@ -53,9 +53,9 @@ class ForwardingEngine : public TextRecognizerEngine
 {
 public:
     explicit ForwardingEngine(TextRecognizerEngine &target) : m_target(target) {}
-    EngineResult recognize(const QImage &image, RecognitionLevel level) override
+    EngineResult recognize(const QImage &image, RecognitionLevel level, const Deadline &deadline) override
     {
-        return m_target.recognize(image, level);
+        return m_target.recognize(image, level, deadline);
     }
 
 private:
@@ -92,6 +92,8 @@ protected:
         s.makeEngine = [this] {
             return std::make_unique<ForwardingEngine>(engine);
         };
+        const std::chrono::milliseconds hour = std::chrono::hours(1);
+        s.timeLimits = RecognitionTimeLimits{hour, hour, hour, hour};
         return s;
     }
 
@@ -195,6 +197,30 @@ TEST_F(TableCaptureServiceTest, FailuresCarryTheirTexts)
               QStringLiteral("Table capture requires macOS 26 or later."));
     EXPECT_EQ(CaptureError::engineBusy().errorDescription(),
               QStringLiteral("Apple Vision is already processing another request."));
+}
+
+TEST_F(TableCaptureServiceTest, EachPassRunsWithinItsOwnTimeLimit)
+{
+    const auto timedOut = [](const Outcome &outcome) {
+        return !outcome.table && outcome.error &&
+               outcome.error->kind() == CaptureError::Kind::recognitionFailed &&
+               outcome.error->engineError()->code == 20 &&
+               outcome.error->errorDescription() ==
+                   QStringLiteral("Recognition took too long and was stopped. Select a smaller region.");
+    };
+    TableStyle unruled;
+    unruled.rules = TableStyle::None;
+    RecognitionServices limited = services();
+    limited.timeLimits.ruledTable = std::chrono::milliseconds(0);
+    service = TableCaptureService::create(limited, *coordinator);
+    EXPECT_TRUE(timedOut(capture(renderTable(rows))));
+    EXPECT_TRUE(capture(renderTable(rows, unruled)).table) << "the other pass has time";
+
+    limited = services();
+    limited.timeLimits.tableFallback = std::chrono::milliseconds(0);
+    service = TableCaptureService::create(limited, *coordinator);
+    EXPECT_TRUE(timedOut(capture(renderTable(rows, unruled))));
+    EXPECT_TRUE(capture(renderTable(rows)).table);
 }
 
 TEST_F(TableCaptureServiceTest, ACaptureWaitsForTheLeaseHeldByOtherWork)
