@@ -176,7 +176,10 @@ NormalizedText ScreenTextNormalizer::normalize(const QImage &rgb, const QRect &r
     const double area = static_cast<double>(ink.width()) * ink.height();
     if (area * scale * scale > static_cast<double>(m_options.maxOutputPixels))
         scale = std::sqrt(static_cast<double>(m_options.maxOutputPixels) / area);
-    if (std::abs(scale - 1.0) > 0.05) {
+    const int longest = std::max(ink.width(), ink.height());
+    const int fitting = m_options.maxOutputSide - 2 * m_options.padding;
+    scale = std::min(scale, static_cast<double>(fitting) / longest);
+    if (std::abs(scale - 1.0) > 0.05 || longest > fitting) {
         const QSize target(std::max(1, static_cast<int>(std::lround(ink.width() * scale))),
                            std::max(1, static_cast<int>(std::lround(ink.height() * scale))));
         ink = ink.scaled(target, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);

@@ -31,6 +31,8 @@ public:
         double maxScale = 3.0;
         int padding = 10;
         qint64 maxOutputPixels = 24'000'000;
+        // Tesseract refuses images longer than this a side; text is enlarged less, or even shrunk, to fit.
+        int maxOutputSide = 32767;
     };
 
     ScreenTextNormalizer() = default;

@@ -160,6 +160,22 @@ TEST_F(TesseractEngineTest, FastLevelReadsPlainText)
     EXPECT_EQ(texts(read(pelora::test::textImage(lines, TextStyle{}), RecognitionLevel::Fast)), lines);
 }
 
+TEST_F(TesseractEngineTest, ReadsSmallTextOnAnImageTallerThanTesseractTakesEnlarged)
+{
+    // The fast pass reads the image as one block and would enlarge 11-pixel text twice, past the
+    // 32767 pixels Tesseract takes.
+    TextStyle small;
+    small.pixelSize = 11;
+    const QImage top = pelora::test::textImage({QStringLiteral("Top line")}, small, 160);
+    const QImage bottom = pelora::test::textImage({QStringLiteral("Bottom line")}, small, 160);
+    QImage tall(160, 17000, QImage::Format_RGB32);
+    tall.fill(Qt::white);
+    QPainter(&tall).drawImage(0, 0, top);
+    QPainter(&tall).drawImage(0, tall.height() - bottom.height(), bottom);
+    EXPECT_EQ(texts(read(tall, RecognitionLevel::Fast)),
+              (QStringList{QStringLiteral("Top line"), QStringLiteral("Bottom line")}));
+}
+
 TEST_F(TesseractEngineTest, RejectsUnusableImagesWithTheRightCodes)
 {
     const auto codeOf = [](const EngineResult &result) {

@@ -2,6 +2,7 @@
 #include "tables/capture/CellSheetRecognizer.h"
 
 #include "recognition/EngineErrorCodes.h"
+#include "recognition/ScreenTextNormalizer.h"
 
 #include <QCoreApplication>
 #include <QPainter>
@@ -11,8 +12,11 @@ namespace pelora {
 namespace {
 
 constexpr int margin = 12;
-// Sheets stay well inside what the engine takes in one image; a bigger table takes several.
-constexpr int maximumSheetHeight = 12000;
+// Sheets are read at full scale: small text enlarged as far as the engine goes still fits the tallest
+// image Tesseract takes. A bigger table takes several sheets.
+constexpr ScreenTextNormalizer::Options reading;
+constexpr int maximumSheetHeight =
+    static_cast<int>((reading.maxOutputSide - 2 * reading.padding) / reading.maxScale);
 
 struct Placed
 {

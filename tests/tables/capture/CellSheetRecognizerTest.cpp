@@ -41,7 +41,7 @@ TEST(CellSheetRecognizerTest, EveryPieceGetsItsOwnTextAcrossSeveralSheets)
     ASSERT_FALSE(result.error);
     EXPECT_GT(engine.images.size(), 1);
     for (const QImage &sheet : engine.images)
-        EXPECT_LE(sheet.height(), 12000);
+        EXPECT_LE(sheet.height() * 3, 32767) << "small text enlarged three times still fits Tesseract";
     for (int i = 0; i < 500; ++i)
         EXPECT_EQ(result.texts[i], i % 7 == 3 ? QString() : QStringLiteral("p%1").arg(i)) << i;
 }

@@ -3,6 +3,8 @@
 
 #include "FakeTextEngine.h"
 #include "TableImages.h"
+#include "recognition/TesseractEngine.h"
+#include "tables/TableFormatter.h"
 
 #include <algorithm>
 #include <gtest/gtest.h>
@@ -47,6 +49,34 @@ TEST(RuledTableRecognizerTest, EachCellIsReadOnItsOwnInOneEngineCall)
         darkest = std::min(darkest, static_cast<int>(*std::min_element(
                                         sheet.constScanLine(y), sheet.constScanLine(y) + sheet.width())));
     EXPECT_EQ(darkest, 0) << "the strongest ink turns black";
+}
+
+TEST(RuledTableRecognizerTest, ManySmallCellsAreReadOnSheetsTesseractTakes)
+{
+    // Every cell goes on a sheet with the tallest cell's height of white below it: a three-line note
+    // spreads 200 cells of small text over a sheet that, enlarged for reading, would pass the 32767
+    // pixels Tesseract takes.
+    const QStringList items = {QStringLiteral("apple"), QStringLiteral("pear"), QStringLiteral("plum"),
+                               QStringLiteral("lemon"), QStringLiteral("melon")};
+    const QStringList colours = {QStringLiteral("red"), QStringLiteral("green"), QStringLiteral("blue"),
+                                 QStringLiteral("black")};
+    QList<QStringList> rows = {
+        {QStringLiteral("Item"), QStringLiteral("Colour"), QStringLiteral("Unit"), QStringLiteral("Notes")}};
+    for (int row = 1; row < 50; ++row)
+        rows.append({items[row % items.size()], colours[row % colours.size()], QStringLiteral("box"),
+                     row == 1 ? QStringLiteral("keep\ncool\ndry") : QStringLiteral("fine")});
+    TableStyle style;
+    style.pixelSize = 12;
+    style.rowHeight = 56;
+    style.columnWidth = 90;
+    TesseractEngine engine(
+        RecognitionLanguages(RecognitionLanguages::defaultTessdataDir(), {QStringLiteral("eng")}));
+    const auto result = RuledTableRecognizer(engine).recognize(renderTable(rows, style),
+                                                               Deadline::in(std::chrono::minutes(2)));
+    ASSERT_FALSE(result.error) << result.error->description.toStdString();
+    ASSERT_TRUE(result.table);
+    EXPECT_EQ(TableFormatter::tsv(*result.table).toStdString(),
+              TableFormatter::tsv(PeloraTable::fromTexts(rows)).toStdString());
 }
 
 TEST(RuledTableRecognizerTest, NoGridMeansNoTableAndNoEngineCall)

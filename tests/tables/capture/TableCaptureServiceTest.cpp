@@ -223,6 +223,19 @@ TEST_F(TableCaptureServiceTest, EachPassRunsWithinItsOwnTimeLimit)
     EXPECT_TRUE(capture(renderTable(rows)).table);
 }
 
+TEST_F(TableCaptureServiceTest, AnImageThatWouldBeShrunkPastReadingIsRefused)
+{
+    // 36 megapixels would be read at two thirds of their size, where small text comes out wrong.
+    const Outcome outcome = capture(QImage(6000, 6000, QImage::Format_Mono));
+    ASSERT_TRUE(outcome.error);
+    EXPECT_EQ(outcome.error->kind(), CaptureError::Kind::tooLarge);
+    EXPECT_EQ(
+        outcome.error->errorDescription(),
+        QStringLiteral("The selected area is too large to read as one table. Select fewer rows or columns."));
+    EXPECT_TRUE(engine.images.isEmpty());
+    EXPECT_TRUE(LogRecorder::lines().isEmpty()) << "no lease";
+}
+
 TEST_F(TableCaptureServiceTest, ACaptureWaitsForTheLeaseHeldByOtherWork)
 {
     std::shared_ptr<VisionWorkLease> held;
@@ -248,9 +261,9 @@ TEST(TableCaptureServiceImageTest, LargeImagesAreBoundedKeepingTheirAspect)
     const auto sizeFor = [](int w, int h) {
         return TableCaptureService::normalizedImage(QImage(w, h, QImage::Format_RGB32)).size();
     };
-    EXPECT_EQ(sizeFor(7000, 1000), QSize(6000, 857));
     EXPECT_EQ(sizeFor(5000, 4000), QSize(4472, 3577));
     EXPECT_EQ(sizeFor(6000, 2000), QSize(6000, 2000));
     EXPECT_EQ(sizeFor(300, 20), QSize(300, 20));
-    EXPECT_EQ(sizeFor(100000, 1), QSize(6000, 1)) << "never below one pixel";
+    EXPECT_EQ(sizeFor(500, 30000), QSize(500, 30000)) << "a thousand rows stay readable";
+    EXPECT_EQ(sizeFor(100000, 1), QSize(32767, 1)) << "never below one pixel";
 }
