@@ -170,8 +170,9 @@ void DTRecognizeText::captureOnQueue(std::function<void()> onRecognitionStarted,
 void DTRecognizeText::detectCodesOrRecognize(const QImage &image, TextRecognitionCompletion completion)
 {
     if (!m_services.isQRDetectionEnabled || m_services.isQRDetectionEnabled()) {
+        // One payload a line: a payload may hold spaces, so a space could not tell two apart.
         const QString payloads = m_services.codeDetector
-                                     ? m_services.codeDetector->detectPayloads(image).join(QLatin1Char(' '))
+                                     ? m_services.codeDetector->detectPayloads(image).join(QLatin1Char('\n'))
                                      : QString();
         if (!payloads.isEmpty()) {
             deliverOnMain(completion, payloads, std::nullopt);

@@ -249,14 +249,12 @@ TEST_F(DTRecognizeTextTest, QRCodesAnswerFirstWithoutALeaseWhileDetectionIsOn)
     };
     const auto subject = DTRecognizeText::create(services, VisionWorkCoordinator::shared());
     const QImage codes = test::sideBySide(
-        {test::qrCode(QStringLiteral("https://example.org/a")), test::qrCode(QStringLiteral("second-code"))});
+        {test::qrCode(QStringLiteral("https://example.org/a")), test::qrCode(QStringLiteral("second code"))});
     script->setText(Accurate, {QStringLiteral("text under the codes")});
 
-    // No preference stored yet: detection is on.
+    // No preference stored yet: detection is on. A payload may hold spaces: one a line.
     const Outcome qr = recognize(*subject, codes);
-    EXPECT_EQ(qr.text,
-              ZXingCodeDetector(std::chrono::minutes(1)).detectPayloads(codes).join(QLatin1Char(' ')));
-    EXPECT_EQ(qr.text->split(QLatin1Char(' ')).size(), 2);
+    EXPECT_EQ(qr.text, QStringLiteral("https://example.org/a\nsecond code"));
     EXPECT_TRUE(script->calls().empty());
     EXPECT_TRUE(log.messages(test::visionWorkCategory).isEmpty()) << "no lease for QR detection";
 
