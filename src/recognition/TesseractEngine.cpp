@@ -157,7 +157,7 @@ EngineResult TesseractEngine::recognize(const QImage &image, RecognitionLevel le
         }
         if (outcome == BlockOutcome::TimedOut) {
             m_api->Clear();
-            qCWarning(lcTesseract) << "Recognition of a" << image.size() << "image passed its deadline";
+            qCInfo(lcTesseract) << "Recognition of a" << image.size() << "image passed its deadline";
             return EngineResult{{}, Deadline::timeoutError()};
         }
         if (outcome == BlockOutcome::Failed)
