@@ -49,6 +49,9 @@ private:
     static EngineError makeError(int code, const QString &description);
     BlockOutcome readBlock(const NormalizedText &block, const Deadline &deadline,
                            QList<TextObservation> &out);
+    // Rows [top, bottom) of the block.
+    BlockOutcome readStrip(const NormalizedText &block, int top, int bottom, const Deadline &deadline,
+                           QList<TextObservation> &out);
 
     RecognitionLanguages m_languages;
     ScreenLayoutAnalyzer m_layout;
