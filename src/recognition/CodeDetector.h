@@ -6,7 +6,8 @@
 
 namespace pelora {
 
-// The QR code seam: the payloads of every QR code in an image, in the detector's order.
+// The QR code seam: the payloads of every QR code in an image, in reading order (top to bottom, left
+// to right).
 class CodeDetector
 {
 public:

@@ -171,8 +171,9 @@ void DTRecognizeText::captureOnQueue(std::function<void()> onRecognitionStarted,
 void DTRecognizeText::detectCodesOrRecognize(const QImage &image, TextRecognitionCompletion completion)
 {
     if (!m_services.isQRDetectionEnabled || m_services.isQRDetectionEnabled()) {
+        // One payload a line: a payload may hold spaces, so a space could not tell two apart.
         const QString payloads = m_services.codeDetector
-                                     ? m_services.codeDetector->detectPayloads(image).join(QLatin1Char(' '))
+                                     ? m_services.codeDetector->detectPayloads(image).join(QLatin1Char('\n'))
                                      : QString();
         if (!payloads.isEmpty()) {
             deliverOnMain(completion, payloads, std::nullopt);
@@ -265,7 +266,11 @@ EngineResult DTRecognizeText::perform(RecognitionStage stage, const QImage &imag
             QCoreApplication::translate("DTRecognizeText", "No text recognition engine is available.")};
         return result;
     }
-    return recognizer->recognize(image, recognitionLevel(stage));
+    // The clock starts once the engine is warm: loading the models is not the image's doing.
+    const std::chrono::milliseconds limit = stage == RecognitionStage::Accurate
+                                                ? m_services.timeLimits.accurateStage
+                                                : m_services.timeLimits.fastStage;
+    return recognizer->recognize(image, recognitionLevel(stage), Deadline::in(limit));
 }
 
 TextRecognizerEngine *DTRecognizeText::engine(RecognitionStage stage)

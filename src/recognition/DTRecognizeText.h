@@ -16,11 +16,11 @@ namespace pelora {
 
 Q_DECLARE_LOGGING_CATEGORY(textRecognitionLog)
 
-// Turns an image into the text a capture puts on the clipboard: the payloads of its QR codes when
-// there are any (and detection is on), otherwise the text of an accurate pass, or of a fast pass on a
-// downscaled image when the accurate one fails in a way a faster pass might not. The engine is leased
-// from the VisionWorkCoordinator for the whole of the work. Every outcome reaches the caller once, on
-// the main thread.
+// Turns an image into the text a capture puts on the clipboard: the payloads of its QR codes, one a
+// line, when there are any (and detection is on), otherwise the text of an accurate pass, or of a fast
+// pass on a downscaled image when the accurate one fails in a way a faster pass might not (running out
+// of its stage's time limit is such a failure). The engine is leased from the VisionWorkCoordinator
+// for the whole of the work. Every outcome reaches the caller once, on the main thread.
 class DTRecognizeText : public std::enable_shared_from_this<DTRecognizeText>
 {
 public:

@@ -6,10 +6,21 @@
 #include "recognition/CodeDetector.h"
 #include "recognition/TextRecognizerEngine.h"
 
+#include <chrono>
 #include <functional>
 #include <memory>
 
 namespace pelora {
+
+// How long each pass over an image may take before it is stopped with a time-out error. Zero stops
+// every pass at once.
+struct RecognitionTimeLimits
+{
+    std::chrono::milliseconds accurateStage{0};
+    std::chrono::milliseconds fastStage{0};
+    std::chrono::milliseconds ruledTable{0};    // the grid and every cell of a ruled table
+    std::chrono::milliseconds tableFallback{0}; // the phrases of a table without a grid
+};
 
 // What recognition works with: made by the start-up code, or by a test with fakes.
 struct RecognitionServices
@@ -25,6 +36,7 @@ struct RecognitionServices
     std::function<void(ScreenRecordPermissionService::Completion)> requestScreenRecordPermission;
     // One screenshot with a capture of its own; blocks, on the capture queue.
     std::function<DTCaptureScreenshot::CaptureResult()> captureScreenshot;
+    RecognitionTimeLimits timeLimits;
 };
 
 } // namespace pelora

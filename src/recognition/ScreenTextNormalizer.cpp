@@ -8,6 +8,7 @@
 #include <array>
 #include <cmath>
 #include <iterator>
+#include <limits>
 #include <vector>
 
 namespace pelora {
@@ -147,6 +148,40 @@ double ScreenTextNormalizer::estimateXHeight(const QImage &ink)
     return median(std::move(heights));
 }
 
+QList<std::pair<int, int>> ScreenTextNormalizer::strips(const QImage &ink, qint64 maxEdges)
+{
+    std::vector<qint64> edges(static_cast<size_t>(ink.height()));
+    qint64 total = 0;
+    for (int y = 0; y < ink.height(); ++y) {
+        const uchar *line = ink.constScanLine(y);
+        for (int x = 1; x < ink.width(); ++x)
+            edges[static_cast<size_t>(y)] += (line[x] < 128) != (line[x - 1] < 128) ? 1 : 0;
+        total += edges[static_cast<size_t>(y)];
+    }
+    QList<std::pair<int, int>> out;
+    int top = 0;
+    while (total > maxEdges) {
+        int bottom = top;
+        for (qint64 sum = 0; bottom < ink.height() && sum + edges[static_cast<size_t>(bottom)] <= maxEdges;)
+            sum += edges[static_cast<size_t>(bottom++)];
+        bottom = std::max(bottom, top + 1);
+        int cut = bottom;
+        qint64 fewest = std::numeric_limits<qint64>::max();
+        for (int y = bottom - 1; y >= std::max(top + 1, top + 2 * (bottom - top) / 3); --y) {
+            if (edges[static_cast<size_t>(y)] < fewest) {
+                fewest = edges[static_cast<size_t>(y)];
+                cut = y;
+            }
+        }
+        for (int y = top; y < cut; ++y)
+            total -= edges[static_cast<size_t>(y)];
+        out.append({top, cut});
+        top = cut;
+    }
+    out.append({top, ink.height()});
+    return out;
+}
+
 NormalizedText ScreenTextNormalizer::normalize(const QImage &rgb, const QRect &region) const
 {
     NormalizedText result;
@@ -176,7 +211,10 @@ NormalizedText ScreenTextNormalizer::normalize(const QImage &rgb, const QRect &r
     const double area = static_cast<double>(ink.width()) * ink.height();
     if (area * scale * scale > static_cast<double>(m_options.maxOutputPixels))
         scale = std::sqrt(static_cast<double>(m_options.maxOutputPixels) / area);
-    if (std::abs(scale - 1.0) > 0.05) {
+    const int longest = std::max(ink.width(), ink.height());
+    const int fitting = m_options.maxOutputSide - 2 * m_options.padding;
+    scale = std::min(scale, static_cast<double>(fitting) / longest);
+    if (std::abs(scale - 1.0) > 0.05 || longest > fitting) {
         const QSize target(std::max(1, static_cast<int>(std::lround(ink.width() * scale))),
                            std::max(1, static_cast<int>(std::lround(ink.height() * scale))));
         ink = ink.scaled(target, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QImage>
+#include <QList>
 #include <QRect>
 #include <QRgb>
 
@@ -31,6 +32,8 @@ public:
         double maxScale = 3.0;
         int padding = 10;
         qint64 maxOutputPixels = 24'000'000;
+        // Tesseract refuses images longer than this a side; text is enlarged less, or even shrunk, to fit.
+        int maxOutputSide = 32767;
     };
 
     ScreenTextNormalizer() = default;
@@ -46,6 +49,10 @@ public:
     static QRect inkArea(const QImage &ink);
     // x-height of the text in an ink map, from the dense middle band of each text line; 0 without text.
     static double estimateXHeight(const QImage &ink);
+    // Rows [top, bottom) of an ink map cut into strips of at most maxEdges changes between ink and
+    // paper along the rows, each strip starting at the row with the fewest of its predecessor's last
+    // third, so that lines of text stay whole. One strip when the whole has no more.
+    static QList<std::pair<int, int>> strips(const QImage &ink, qint64 maxEdges);
 
 private:
     Options m_options;

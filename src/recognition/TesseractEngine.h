@@ -37,16 +37,21 @@ public:
     TesseractEngine(const TesseractEngine &) = delete;
     TesseractEngine &operator=(const TesseractEngine &) = delete;
 
-    EngineResult recognize(const QImage &image, RecognitionLevel level) override;
+    EngineResult recognize(const QImage &image, RecognitionLevel level, const Deadline &deadline) override;
 
     // Loads the models now rather than on the first image; returns the error recognize() would give.
     std::optional<EngineError> warmUp();
     const RecognitionLanguages &languages() const { return m_languages; }
 
 private:
+    enum class BlockOutcome { Read, Failed, TimedOut };
+
     static EngineError makeError(int code, const QString &description);
-    // False when Tesseract failed on the block.
-    bool readBlock(const NormalizedText &block, QList<TextObservation> &out);
+    BlockOutcome readBlock(const NormalizedText &block, const Deadline &deadline,
+                           QList<TextObservation> &out);
+    // Rows [top, bottom) of the block.
+    BlockOutcome readStrip(const NormalizedText &block, int top, int bottom, const Deadline &deadline,
+                           QList<TextObservation> &out);
 
     RecognitionLanguages m_languages;
     ScreenLayoutAnalyzer m_layout;

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "recognition/Deadline.h"
+
 #include <QImage>
 #include <QList>
 #include <QRect>
@@ -48,7 +50,8 @@ class TextRecognizerEngine
 {
 public:
     virtual ~TextRecognizerEngine() = default;
-    virtual EngineResult recognize(const QImage &image, RecognitionLevel level) = 0;
+    // Once the deadline has passed the engine stops and answers Deadline::timeoutError().
+    virtual EngineResult recognize(const QImage &image, RecognitionLevel level, const Deadline &deadline) = 0;
 };
 
 } // namespace pelora

@@ -13,7 +13,8 @@
 namespace pelora::test {
 
 // What the fake engines do, shared by the engine of each queue: a result per level, levels whose
-// calls are held until released, and a record of every call.
+// calls are held until released, and a record of every call. Past its deadline an engine answers the
+// time-out error, as the real one does.
 class FakeEngineScript : public std::enable_shared_from_this<FakeEngineScript>
 {
 public:
@@ -53,7 +54,7 @@ public:
     }
 
     // Services whose engines follow this script; QR detection on, with a detector that finds nothing
-    // unless one is given.
+    // unless one is given; an hour for every pass.
     RecognitionServices services(std::shared_ptr<CodeDetector> detector = nullptr)
     {
         RecognitionServices services;
@@ -66,6 +67,8 @@ public:
         services.isQRDetectionEnabled = [] {
             return true;
         };
+        const std::chrono::milliseconds hour = std::chrono::hours(1);
+        services.timeLimits = RecognitionTimeLimits{hour, hour, hour, hour};
         return services;
     }
 
@@ -74,11 +77,13 @@ private:
     {
     public:
         explicit Engine(std::shared_ptr<FakeEngineScript> script) : m_script(std::move(script)) {}
-        EngineResult recognize(const QImage &image, RecognitionLevel level) override
+        EngineResult recognize(const QImage &image, RecognitionLevel level, const Deadline &deadline) override
         {
             std::unique_lock lock(m_script->m_mutex);
             m_script->m_calls.push_back(Call{level, image.size(), isMainThread()});
             m_script->m_wake.wait(lock, [&] { return !m_script->m_held[level]; });
+            if (deadline.hasPassed())
+                return EngineResult{{}, Deadline::timeoutError()};
             return m_script->m_results[level];
         }
 

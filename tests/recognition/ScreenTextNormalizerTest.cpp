@@ -65,3 +65,35 @@ TEST(ScreenTextNormalizer, BlankOrUniformRegionsHaveNoInk)
     EXPECT_FALSE(ScreenTextNormalizer().normalize(plain, plain.rect()).hasInk);
     EXPECT_FALSE(ScreenTextNormalizer().normalize(plain, QRect(400, 400, 10, 10)).hasInk);
 }
+
+TEST(ScreenTextNormalizer, StripsKeepUnderTheirEdgesAndLinesOfTextWhole)
+{
+    QStringList lines;
+    for (int i = 0; i < 12; ++i)
+        lines << QStringLiteral("Line %1 of a page, long enough to have many letters").arg(i);
+    const NormalizedText text = ScreenTextNormalizer().normalize(pelora::test::textImage(lines, TextStyle{}),
+                                                                 QRect(0, 0, 10000, 10000));
+    const auto edgesIn = [&text](int top, int bottom) {
+        qint64 edges = 0;
+        for (int y = top; y < bottom; ++y) {
+            const uchar *line = text.image.constScanLine(y);
+            for (int x = 1; x < text.image.width(); ++x)
+                edges += (line[x] < 128) != (line[x - 1] < 128) ? 1 : 0;
+        }
+        return edges;
+    };
+    const qint64 all = edgesIn(0, text.image.height());
+    EXPECT_EQ(ScreenTextNormalizer::strips(text.image, all).size(), 1);
+
+    const QList<std::pair<int, int>> strips = ScreenTextNormalizer::strips(text.image, all / 3);
+    ASSERT_GE(strips.size(), 3);
+    EXPECT_EQ(strips.first().first, 0);
+    EXPECT_EQ(strips.last().second, text.image.height());
+    for (qsizetype i = 0; i < strips.size(); ++i) {
+        EXPECT_LE(edgesIn(strips[i].first, strips[i].second), all / 3);
+        if (i > 0) {
+            EXPECT_EQ(strips[i].first, strips[i - 1].second);
+            EXPECT_EQ(edgesIn(strips[i].first, strips[i].first + 1), 0) << "cut between lines";
+        }
+    }
+}

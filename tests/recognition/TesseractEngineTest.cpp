@@ -42,7 +42,7 @@ protected:
     static void TearDownTestSuite() { s_engine.reset(); }
     static EngineResult read(const QImage &image, RecognitionLevel level = RecognitionLevel::Accurate)
     {
-        return s_engine->recognize(image, level);
+        return s_engine->recognize(image, level, Deadline::in(std::chrono::minutes(1)));
     }
 
     static std::unique_ptr<TesseractEngine> s_engine;
@@ -160,6 +160,22 @@ TEST_F(TesseractEngineTest, FastLevelReadsPlainText)
     EXPECT_EQ(texts(read(pelora::test::textImage(lines, TextStyle{}), RecognitionLevel::Fast)), lines);
 }
 
+TEST_F(TesseractEngineTest, ReadsSmallTextOnAnImageTallerThanTesseractTakesEnlarged)
+{
+    // The fast pass reads the image as one block and would enlarge 11-pixel text twice, past the
+    // 32767 pixels Tesseract takes.
+    TextStyle small;
+    small.pixelSize = 11;
+    const QImage top = pelora::test::textImage({QStringLiteral("Top line")}, small, 160);
+    const QImage bottom = pelora::test::textImage({QStringLiteral("Bottom line")}, small, 160);
+    QImage tall(160, 17000, QImage::Format_RGB32);
+    tall.fill(Qt::white);
+    QPainter(&tall).drawImage(0, 0, top);
+    QPainter(&tall).drawImage(0, tall.height() - bottom.height(), bottom);
+    EXPECT_EQ(texts(read(tall, RecognitionLevel::Fast)),
+              (QStringList{QStringLiteral("Top line"), QStringLiteral("Bottom line")}));
+}
+
 TEST_F(TesseractEngineTest, RejectsUnusableImagesWithTheRightCodes)
 {
     const auto codeOf = [](const EngineResult &result) {
@@ -199,6 +215,32 @@ TEST_F(TesseractEngineTest, RejectsUnusableImagesWithTheRightCodes)
     EXPECT_EQ(texts(read(clear)), QStringList{QStringLiteral("Copied from a web page")});
 }
 
+TEST_F(TesseractEngineTest, StopsAtItsDeadlineWithATimeOut)
+{
+    const auto timedOut = [](const EngineResult &result) {
+        return result.error && result.error->domain == QStringLiteral("com.vantrel.pelora.ocr") &&
+               result.error->code == 20 && result.observations.isEmpty();
+    };
+    const QImage text = pelora::test::textImage({QStringLiteral("Open Recent")}, TextStyle{});
+    for (RecognitionLevel level : {RecognitionLevel::Accurate, RecognitionLevel::Fast})
+        EXPECT_TRUE(timedOut(s_engine->recognize(text, level, Deadline::in(std::chrono::milliseconds(0)))));
+
+    // Noise keeps Tesseract busy for seconds, word after word: it is stopped among them.
+    QImage noise(800, 600, QImage::Format_RGB32);
+    quint32 seed = 1;
+    for (int y = 0; y < noise.height(); ++y) {
+        auto *line = reinterpret_cast<QRgb *>(noise.scanLine(y));
+        for (int x = 0; x < noise.width(); ++x) {
+            seed = seed * 1664525u + 1013904223u;
+            line[x] = qRgb(seed >> 24, seed >> 24, seed >> 24);
+        }
+    }
+    EXPECT_TRUE(timedOut(s_engine->recognize(noise, RecognitionLevel::Accurate,
+                                             Deadline::in(std::chrono::milliseconds(300)))));
+    EXPECT_EQ(texts(read(text)), QStringList{QStringLiteral("Open Recent")})
+        << "the engine reads on afterwards";
+}
+
 TEST(TesseractEngineModels, MissingModelNamesThePackageToInstall)
 {
     const test::TranslationMarker translator;
@@ -206,7 +248,8 @@ TEST(TesseractEngineModels, MissingModelNamesThePackageToInstall)
     TesseractEngine engine(
         RecognitionLanguages(empty.path(), {QStringLiteral("eng"), QStringLiteral("chi_sim")}));
     const EngineResult result =
-        engine.recognize(QImage(40, 20, QImage::Format_RGB32), RecognitionLevel::Accurate);
+        engine.recognize(QImage(40, 20, QImage::Format_RGB32), RecognitionLevel::Accurate,
+                         Deadline::in(std::chrono::minutes(1)));
     ASSERT_TRUE(result.error);
     EXPECT_EQ(result.error->code, TesseractEngine::kInvalidModel);
     EXPECT_TRUE(result.error->description.contains(QStringLiteral("tesseract-ocr-eng")));

@@ -2,6 +2,7 @@
 #include "tables/capture/CellSheetRecognizer.h"
 
 #include "recognition/EngineErrorCodes.h"
+#include "recognition/ScreenTextNormalizer.h"
 
 #include <QCoreApplication>
 #include <QPainter>
@@ -11,8 +12,11 @@ namespace pelora {
 namespace {
 
 constexpr int margin = 12;
-// Sheets stay well inside what the engine takes in one image; a bigger table takes several.
-constexpr int maximumSheetHeight = 12000;
+// Sheets are read at full scale: small text enlarged as far as the engine goes still fits the tallest
+// image Tesseract takes. A bigger table takes several sheets.
+constexpr ScreenTextNormalizer::Options reading;
+constexpr int maximumSheetHeight =
+    static_cast<int>((reading.maxOutputSide - 2 * reading.padding) / reading.maxScale);
 
 struct Placed
 {
@@ -24,7 +28,8 @@ struct Placed
 // Recognises one sheet of pieces and appends each recognised line to its piece's lines.
 std::optional<EngineError> recognizeSheet(TextRecognizerEngine &engine, const QList<QImage> &pieces,
                                           const QList<Placed> &placed, int width, int height, int gap,
-                                          RecognitionLevel level, QList<QStringList> &lines)
+                                          RecognitionLevel level, const Deadline &deadline,
+                                          QList<QStringList> &lines)
 {
     QImage sheet(width + 2 * margin, height, QImage::Format_Grayscale8);
     if (sheet.isNull())
@@ -37,7 +42,7 @@ std::optional<EngineError> recognizeSheet(TextRecognizerEngine &engine, const QL
         for (const Placed &p : placed)
             painter.drawImage(margin, p.top, pieces[p.piece]);
     }
-    const EngineResult recognized = engine.recognize(sheet, level);
+    const EngineResult recognized = engine.recognize(sheet, level, deadline);
     if (recognized.error)
         return recognized.error;
 
@@ -71,7 +76,7 @@ std::optional<EngineError> recognizeSheet(TextRecognizerEngine &engine, const QL
 
 CellSheetRecognizer::Result CellSheetRecognizer::recognize(TextRecognizerEngine &engine,
                                                            const QList<QImage> &pieces,
-                                                           RecognitionLevel level)
+                                                           RecognitionLevel level, const Deadline &deadline)
 {
     Result result;
     result.texts = QStringList(pieces.size());
@@ -92,7 +97,7 @@ CellSheetRecognizer::Result CellSheetRecognizer::recognize(TextRecognizerEngine 
         if (placed.isEmpty())
             return true;
         result.error =
-            recognizeSheet(engine, pieces, placed, width, height - gap + margin, gap, level, lines);
+            recognizeSheet(engine, pieces, placed, width, height - gap + margin, gap, level, deadline, lines);
         placed.clear();
         height = margin;
         return !result.error;

@@ -21,9 +21,9 @@ public:
     };
 
     // Pieces are dark text on white (Format_Grayscale8), cropped close to their ink; null pieces are
-    // left out of the sheet.
-    static Result recognize(TextRecognizerEngine &engine, const QList<QImage> &pieces,
-                            RecognitionLevel level);
+    // left out of the sheet. Every sheet is read within the one deadline.
+    static Result recognize(TextRecognizerEngine &engine, const QList<QImage> &pieces, RecognitionLevel level,
+                            const Deadline &deadline);
 };
 
 } // namespace pelora

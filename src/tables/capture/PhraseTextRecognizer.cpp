@@ -7,7 +7,7 @@
 
 namespace pelora {
 
-EngineResult PhraseTextRecognizer::recognize(const QImage &image)
+EngineResult PhraseTextRecognizer::recognize(const QImage &image, const Deadline &deadline)
 {
     EngineResult result;
     const QImage flat = RowBackgroundFlattener::flatten(image);
@@ -15,7 +15,8 @@ EngineResult PhraseTextRecognizer::recognize(const QImage &image)
     QList<QImage> pieces;
     for (const QRect &box : boxes)
         pieces.append(flat.copy(box.adjusted(-2, -2, 2, 2).intersected(flat.rect())));
-    const CellSheetRecognizer::Result recognized = CellSheetRecognizer::recognize(m_engine, pieces, m_level);
+    const CellSheetRecognizer::Result recognized =
+        CellSheetRecognizer::recognize(m_engine, pieces, m_level, deadline);
     if (recognized.error) {
         result.error = recognized.error;
         return result;

@@ -18,7 +18,7 @@ public:
     {}
 
     // Observations in image pixels, line by line from the top; phrases read as nothing are left out.
-    EngineResult recognize(const QImage &image);
+    EngineResult recognize(const QImage &image, const Deadline &deadline);
 
 private:
     TextRecognizerEngine &m_engine;

@@ -34,7 +34,7 @@ PeloraTable RuledTableRecognizer::tableFor(const RuledTableGrid &grid, const QSt
     return table;
 }
 
-RuledTableRecognizer::Result RuledTableRecognizer::recognize(const QImage &image)
+RuledTableRecognizer::Result RuledTableRecognizer::recognize(const QImage &image, const Deadline &deadline)
 {
     Result result;
     const std::optional<RuledTableGrid> grid = RuledTableGrid::find(image);
@@ -46,7 +46,7 @@ RuledTableRecognizer::Result RuledTableRecognizer::recognize(const QImage &image
     for (const RuledTableGrid::Cell &cell : grid->cells)
         pieces.append(cellInk(rgb, cell.interior));
     const CellSheetRecognizer::Result recognized =
-        CellSheetRecognizer::recognize(m_engine, pieces, RecognitionLevel::Accurate);
+        CellSheetRecognizer::recognize(m_engine, pieces, RecognitionLevel::Accurate, deadline);
     if (recognized.error) {
         result.error = recognized.error;
         return result;

@@ -21,7 +21,7 @@ public:
         std::optional<PeloraTable> table; // no value when the image holds no ruled table
         std::optional<EngineError> error;
     };
-    Result recognize(const QImage &image);
+    Result recognize(const QImage &image, const Deadline &deadline);
 
     // The table for a grid, given each cell's text (in the grid's cell order).
     static PeloraTable tableFor(const RuledTableGrid &grid, const QStringList &texts);

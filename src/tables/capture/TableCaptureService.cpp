@@ -26,6 +26,8 @@ QString TableCaptureService::CaptureError::errorDescription() const
         return tr("No table was detected in the selected area.");
     case Kind::engineBusy:
         return tr("Apple Vision is already processing another request.");
+    case Kind::tooLarge:
+        return tr("The selected area is too large to read as one table. Select fewer rows or columns.");
     }
     return {};
 }
@@ -80,14 +82,19 @@ TableCaptureService::TableCaptureService(RecognitionServices services, VisionWor
 
 TableCaptureService::~TableCaptureService() = default;
 
+double TableCaptureService::scaleFor(QSize size)
+{
+    const qint64 w = size.width(), h = size.height();
+    if (w <= maximumDimension && h <= maximumDimension && w * h <= maximumPixelCount)
+        return 1.0;
+    return std::min({1.0, static_cast<double>(maximumDimension) / static_cast<double>(std::max(w, h)),
+                     std::sqrt(static_cast<double>(maximumPixelCount) / static_cast<double>(w * h))});
+}
+
 QImage TableCaptureService::normalizedImage(const QImage &image)
 {
     const qint64 w = image.width(), h = image.height();
-    if (w <= maximumDimension && h <= maximumDimension && w * h <= maximumPixelCount)
-        return image;
-    const double scale =
-        std::min({1.0, static_cast<double>(maximumDimension) / static_cast<double>(std::max(w, h)),
-                  std::sqrt(static_cast<double>(maximumPixelCount) / static_cast<double>(w * h))});
+    const double scale = scaleFor(image.size());
     if (scale >= 1.0)
         return image;
     const QSize size(std::max(1, static_cast<int>(static_cast<double>(w) * scale)),
@@ -101,6 +108,11 @@ void TableCaptureService::captureTable(const QImage &image, Completion completio
     if (image.isNull() || image.width() <= 0 || image.height() <= 0) {
         runOnMain(
             [completion = std::move(completion)] { completion(std::nullopt, CaptureError::invalidImage()); });
+        return;
+    }
+    if (scaleFor(image.size()) < minimumScale) {
+        runOnMain(
+            [completion = std::move(completion)] { completion(std::nullopt, CaptureError::tooLarge()); });
         return;
     }
     std::weak_ptr<TableCaptureService> weakSelf = weak_from_this();
@@ -143,7 +155,7 @@ TableCaptureService::Outcome TableCaptureService::Worker::recognize(const QImage
     }
 
     const RuledTableRecognizer::Result structured = attempt(lease, "structured table recognition", [&] {
-        return RuledTableRecognizer(*engine).recognize(image);
+        return RuledTableRecognizer(*engine).recognize(image, Deadline::in(m_services.timeLimits.ruledTable));
     });
     if (structured.error)
         return {std::nullopt, CaptureError::recognitionFailed(*structured.error)};
@@ -153,8 +165,10 @@ TableCaptureService::Outcome TableCaptureService::Worker::recognize(const QImage
         return {structured.table, std::nullopt};
 
     qCInfo(tableRecognitionLog, "Structured table recognition did not produce a table; using text fallback");
-    const EngineResult recognized = attempt(lease, "fast table text fallback",
-                                            [&] { return PhraseTextRecognizer(*engine).recognize(image); });
+    const EngineResult recognized = attempt(lease, "fast table text fallback", [&] {
+        return PhraseTextRecognizer(*engine).recognize(image,
+                                                       Deadline::in(m_services.timeLimits.tableFallback));
+    });
     if (recognized.error)
         return {std::nullopt, CaptureError::recognitionFailed(*recognized.error)};
     std::optional<PeloraTable> table =

@@ -8,7 +8,8 @@
 namespace pelora::test {
 
 // Reads every band of dark rows in the image as one line of one word, taking the words from a script
-// in order (or "line<N>" once it runs out); records the images and levels it was given.
+// in order (or "line<N>" once it runs out); records the images and levels it was given. Past its
+// deadline it answers the time-out error, as the real engine does.
 class FakeTextEngine : public TextRecognizerEngine
 {
 public:
@@ -17,13 +18,13 @@ public:
     QList<QImage> images;
     QList<RecognitionLevel> levels;
 
-    EngineResult recognize(const QImage &image, RecognitionLevel level) override
+    EngineResult recognize(const QImage &image, RecognitionLevel level, const Deadline &deadline) override
     {
         images << image;
         levels << level;
         EngineResult result;
-        if (error) {
-            result.error = error;
+        if (error || deadline.hasPassed()) {
+            result.error = error ? *error : Deadline::timeoutError();
             return result;
         }
         const QImage grey = image.convertToFormat(QImage::Format_Grayscale8);

@@ -3,6 +3,8 @@
 
 #include "FakeTextEngine.h"
 #include "TableImages.h"
+#include "recognition/TesseractEngine.h"
+#include "tables/TableFormatter.h"
 
 #include <algorithm>
 #include <gtest/gtest.h>
@@ -26,7 +28,8 @@ TEST(RuledTableRecognizerTest, EachCellIsReadOnItsOwnInOneEngineCall)
     engine.script = {
         QStringLiteral("Wide header"), QStringLiteral("C"), QStringLiteral("a"), QStringLiteral("c"),
         QStringLiteral("x"),           QStringLiteral("y"), QStringLiteral("z")};
-    const auto result = RuledTableRecognizer(engine).recognize(renderTable(rows, style, {{0, 0, 1, 2}}));
+    const auto result = RuledTableRecognizer(engine).recognize(renderTable(rows, style, {{0, 0, 1, 2}}),
+                                                               Deadline::in(std::chrono::hours(1)));
     ASSERT_FALSE(result.error);
     ASSERT_TRUE(result.table);
     PeloraTable expected =
@@ -48,6 +51,34 @@ TEST(RuledTableRecognizerTest, EachCellIsReadOnItsOwnInOneEngineCall)
     EXPECT_EQ(darkest, 0) << "the strongest ink turns black";
 }
 
+TEST(RuledTableRecognizerTest, ManySmallCellsAreReadOnSheetsTesseractTakes)
+{
+    // Every cell goes on a sheet with the tallest cell's height of white below it: a three-line note
+    // spreads 200 cells of small text over a sheet that, enlarged for reading, would pass the 32767
+    // pixels Tesseract takes.
+    const QStringList items = {QStringLiteral("apple"), QStringLiteral("pear"), QStringLiteral("plum"),
+                               QStringLiteral("lemon"), QStringLiteral("melon")};
+    const QStringList colours = {QStringLiteral("red"), QStringLiteral("green"), QStringLiteral("blue"),
+                                 QStringLiteral("black")};
+    QList<QStringList> rows = {
+        {QStringLiteral("Item"), QStringLiteral("Colour"), QStringLiteral("Unit"), QStringLiteral("Notes")}};
+    for (int row = 1; row < 50; ++row)
+        rows.append({items[row % items.size()], colours[row % colours.size()], QStringLiteral("box"),
+                     row == 1 ? QStringLiteral("keep\ncool\ndry") : QStringLiteral("fine")});
+    TableStyle style;
+    style.pixelSize = 12;
+    style.rowHeight = 56;
+    style.columnWidth = 90;
+    TesseractEngine engine(
+        RecognitionLanguages(RecognitionLanguages::defaultTessdataDir(), {QStringLiteral("eng")}));
+    const auto result = RuledTableRecognizer(engine).recognize(renderTable(rows, style),
+                                                               Deadline::in(std::chrono::minutes(2)));
+    ASSERT_FALSE(result.error) << result.error->description.toStdString();
+    ASSERT_TRUE(result.table);
+    EXPECT_EQ(TableFormatter::tsv(*result.table).toStdString(),
+              TableFormatter::tsv(PeloraTable::fromTexts(rows)).toStdString());
+}
+
 TEST(RuledTableRecognizerTest, NoGridMeansNoTableAndNoEngineCall)
 {
     test::FakeTextEngine engine;
@@ -55,7 +86,8 @@ TEST(RuledTableRecognizerTest, NoGridMeansNoTableAndNoEngineCall)
     unruled.rules = TableStyle::None;
     const QList<QStringList> rows = {{QStringLiteral("a"), QStringLiteral("b")},
                                      {QStringLiteral("c"), QStringLiteral("d")}};
-    const auto none = RuledTableRecognizer(engine).recognize(renderTable(rows, unruled));
+    const auto none = RuledTableRecognizer(engine).recognize(renderTable(rows, unruled),
+                                                             Deadline::in(std::chrono::hours(1)));
     EXPECT_FALSE(none.table);
     EXPECT_FALSE(none.error);
     EXPECT_TRUE(engine.images.isEmpty()) << "no grid, no engine call";

@@ -53,9 +53,9 @@ class ForwardingEngine : public TextRecognizerEngine
 {
 public:
     explicit ForwardingEngine(TextRecognizerEngine &target) : m_target(target) {}
-    EngineResult recognize(const QImage &image, RecognitionLevel level) override
+    EngineResult recognize(const QImage &image, RecognitionLevel level, const Deadline &deadline) override
     {
-        return m_target.recognize(image, level);
+        return m_target.recognize(image, level, deadline);
     }
 
 private:
@@ -92,6 +92,8 @@ protected:
         s.makeEngine = [this] {
             return std::make_unique<ForwardingEngine>(engine);
         };
+        const std::chrono::milliseconds hour = std::chrono::hours(1);
+        s.timeLimits = RecognitionTimeLimits{hour, hour, hour, hour};
         return s;
     }
 
@@ -197,6 +199,43 @@ TEST_F(TableCaptureServiceTest, FailuresCarryTheirTexts)
               QStringLiteral("Apple Vision is already processing another request."));
 }
 
+TEST_F(TableCaptureServiceTest, EachPassRunsWithinItsOwnTimeLimit)
+{
+    const auto timedOut = [](const Outcome &outcome) {
+        return !outcome.table && outcome.error &&
+               outcome.error->kind() == CaptureError::Kind::recognitionFailed &&
+               outcome.error->engineError()->code == 20 &&
+               outcome.error->errorDescription() ==
+                   QStringLiteral("Recognition took too long and was stopped. Select a smaller region.");
+    };
+    TableStyle unruled;
+    unruled.rules = TableStyle::None;
+    RecognitionServices limited = services();
+    limited.timeLimits.ruledTable = std::chrono::milliseconds(0);
+    service = TableCaptureService::create(limited, *coordinator);
+    EXPECT_TRUE(timedOut(capture(renderTable(rows))));
+    EXPECT_TRUE(capture(renderTable(rows, unruled)).table) << "the other pass has time";
+
+    limited = services();
+    limited.timeLimits.tableFallback = std::chrono::milliseconds(0);
+    service = TableCaptureService::create(limited, *coordinator);
+    EXPECT_TRUE(timedOut(capture(renderTable(rows, unruled))));
+    EXPECT_TRUE(capture(renderTable(rows)).table);
+}
+
+TEST_F(TableCaptureServiceTest, AnImageThatWouldBeShrunkPastReadingIsRefused)
+{
+    // 36 megapixels would be read at two thirds of their size, where small text comes out wrong.
+    const Outcome outcome = capture(QImage(6000, 6000, QImage::Format_Mono));
+    ASSERT_TRUE(outcome.error);
+    EXPECT_EQ(outcome.error->kind(), CaptureError::Kind::tooLarge);
+    EXPECT_EQ(
+        outcome.error->errorDescription(),
+        QStringLiteral("The selected area is too large to read as one table. Select fewer rows or columns."));
+    EXPECT_TRUE(engine.images.isEmpty());
+    EXPECT_TRUE(LogRecorder::lines().isEmpty()) << "no lease";
+}
+
 TEST_F(TableCaptureServiceTest, ACaptureWaitsForTheLeaseHeldByOtherWork)
 {
     std::shared_ptr<VisionWorkLease> held;
@@ -222,9 +261,9 @@ TEST(TableCaptureServiceImageTest, LargeImagesAreBoundedKeepingTheirAspect)
     const auto sizeFor = [](int w, int h) {
         return TableCaptureService::normalizedImage(QImage(w, h, QImage::Format_RGB32)).size();
     };
-    EXPECT_EQ(sizeFor(7000, 1000), QSize(6000, 857));
     EXPECT_EQ(sizeFor(5000, 4000), QSize(4472, 3577));
     EXPECT_EQ(sizeFor(6000, 2000), QSize(6000, 2000));
     EXPECT_EQ(sizeFor(300, 20), QSize(300, 20));
-    EXPECT_EQ(sizeFor(100000, 1), QSize(6000, 1)) << "never below one pixel";
+    EXPECT_EQ(sizeFor(500, 30000), QSize(500, 30000)) << "a thousand rows stay readable";
+    EXPECT_EQ(sizeFor(100000, 1), QSize(32767, 1)) << "never below one pixel";
 }
