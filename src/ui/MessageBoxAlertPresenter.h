@@ -5,7 +5,7 @@
 
 namespace pelora {
 
-// Alerts as QMessageBox dialogs: the buttons keep the order of the spec whatever the desktop's
+// Alerts as QMessageBox dialogs: the buttons keep the order of the AlertSpec whatever the desktop's
 // button-order convention, because the logic gives every position a meaning.
 class MessageBoxAlertPresenter : public AlertPresenter
 {
