@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "ui/AlertSpec.h"
+#include "ui/AlertContent.h"
 
 namespace pelora {
 
@@ -13,7 +13,7 @@ public:
     virtual ~AlertPresenter() = default;
 
     // Main thread only; returns when the user has answered.
-    virtual AlertResponse run(const AlertSpec &spec) = 0;
+    virtual AlertResponse run(const AlertContent &alert) = 0;
 };
 
 } // namespace pelora

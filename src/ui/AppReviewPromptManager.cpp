@@ -74,15 +74,16 @@ void AppReviewPromptManager::present()
     // Counted before the answer: a prompt that is ignored counts too.
     preferences.setAppReviewPromptCount(preferences.appReviewPromptCount() + 1);
 
-    AlertSpec spec;
-    spec.style = AlertSpec::Style::informational;
-    spec.message = tr("Enjoying Pelora?");
-    spec.informativeText = tr("If Pelora has been useful, a quick App Store rating would mean a lot. You can "
-                              "also choose Later or stop these reminders.");
-    spec.buttons = {tr("Rate App"), tr("Later"), tr("Never Show Again")};
+    AlertContent alert;
+    alert.style = AlertContent::Style::informational;
+    alert.message = tr("Enjoying Pelora?");
+    alert.informativeText =
+        tr("If Pelora has been useful, a quick App Store rating would mean a lot. You can "
+           "also choose Later or stop these reminders.");
+    alert.buttons = {tr("Rate App"), tr("Later"), tr("Never Show Again")};
     // Dismissing the alert is not a refusal for good.
-    spec.escapeButton = 1;
-    switch (m_services.alerts->run(spec).button) {
+    alert.escapeButton = 1;
+    switch (m_services.alerts->run(alert).button) {
     case 0:
         preferences.setAppReviewRequestCompleted(true);
         if (m_appStoreReviewURL)

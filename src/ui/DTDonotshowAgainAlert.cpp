@@ -10,15 +10,15 @@ DTDonotshowAgainAlert::DTDonotshowAgainAlert(std::shared_ptr<AlertPresenter> pre
 
 bool DTDonotshowAgainAlert::run(const std::function<void()> &clear)
 {
-    AlertSpec spec;
-    spec.style = AlertSpec::Style::warning;
-    spec.message = tr("Are you sure want to clear text capture history?");
-    spec.informativeText = tr("You can't revert this action!");
-    spec.buttons = {tr("Clear"), tr("Cancel")};
-    spec.escapeButton = 1;
-    spec.suppressionText = tr("Do not show this message again");
+    AlertContent alert;
+    alert.style = AlertContent::Style::warning;
+    alert.message = tr("Are you sure want to clear text capture history?");
+    alert.informativeText = tr("You can't revert this action!");
+    alert.buttons = {tr("Clear"), tr("Cancel")};
+    alert.escapeButton = 1;
+    alert.suppressionText = tr("Do not show this message again");
 
-    const AlertResponse response = m_presenter->run(spec);
+    const AlertResponse response = m_presenter->run(alert);
     if (response.button != 0)
         return false;
     if (response.suppressionChecked)

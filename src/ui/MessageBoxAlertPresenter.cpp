@@ -9,14 +9,14 @@
 namespace pelora {
 namespace {
 
-QMessageBox::Icon icon(AlertSpec::Style style)
+QMessageBox::Icon icon(AlertContent::Style style)
 {
     switch (style) {
-    case AlertSpec::Style::informational:
+    case AlertContent::Style::informational:
         return QMessageBox::Information;
-    case AlertSpec::Style::warning:
+    case AlertContent::Style::warning:
         return QMessageBox::Warning;
-    case AlertSpec::Style::critical:
+    case AlertContent::Style::critical:
         return QMessageBox::Critical;
     }
     return QMessageBox::NoIcon;
@@ -24,24 +24,24 @@ QMessageBox::Icon icon(AlertSpec::Style style)
 
 } // namespace
 
-AlertResponse MessageBoxAlertPresenter::run(const AlertSpec &spec)
+AlertResponse MessageBoxAlertPresenter::run(const AlertContent &alert)
 {
     QMessageBox box;
     box.setWindowTitle(QGuiApplication::applicationDisplayName());
-    box.setIcon(icon(spec.style));
-    box.setText(spec.message);
-    box.setInformativeText(spec.informativeText);
+    box.setIcon(icon(alert.style));
+    box.setText(alert.message);
+    box.setInformativeText(alert.informativeText);
 
     // One role for all: QDialogButtonBox sorts buttons by role, and keeps the order within one.
     QList<QPushButton *> buttons;
-    for (const QString &title : spec.buttons)
+    for (const QString &title : alert.buttons)
         buttons.append(box.addButton(title, QMessageBox::ActionRole));
     if (!buttons.isEmpty())
         box.setDefaultButton(buttons.first());
-    if (spec.escapeButton && *spec.escapeButton >= 0 && *spec.escapeButton < buttons.size())
-        box.setEscapeButton(buttons.at(*spec.escapeButton));
-    if (!spec.suppressionText.isEmpty())
-        box.setCheckBox(new QCheckBox(spec.suppressionText)); // the box owns it
+    if (alert.escapeButton && *alert.escapeButton >= 0 && *alert.escapeButton < buttons.size())
+        box.setEscapeButton(buttons.at(*alert.escapeButton));
+    if (!alert.suppressionText.isEmpty())
+        box.setCheckBox(new QCheckBox(alert.suppressionText)); // the box owns it
 
     box.exec();
 

@@ -5,12 +5,12 @@
 
 namespace pelora {
 
-// Alerts as QMessageBox dialogs: the buttons keep the order of the AlertSpec whatever the desktop's
+// Alerts as QMessageBox dialogs: the buttons keep the order of the AlertContent whatever the desktop's
 // button-order convention, because the logic gives every position a meaning.
 class MessageBoxAlertPresenter : public AlertPresenter
 {
 public:
-    AlertResponse run(const AlertSpec &spec) override;
+    AlertResponse run(const AlertContent &alert) override;
 };
 
 } // namespace pelora

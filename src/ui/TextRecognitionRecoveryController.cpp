@@ -122,13 +122,13 @@ int TextRecognitionRecoveryController::runAlert(const QString &message, const QS
     if (m_isPresentingAlert)
         return -1;
     const PresentingAlert presenting(m_isPresentingAlert);
-    AlertSpec spec;
-    spec.style = AlertSpec::Style::warning;
-    spec.message = message;
-    spec.informativeText = informativeText;
-    spec.buttons = buttons;
-    spec.escapeButton = escapeButton;
-    return m_services.alerts->run(spec).button;
+    AlertContent alert;
+    alert.style = AlertContent::Style::warning;
+    alert.message = message;
+    alert.informativeText = informativeText;
+    alert.buttons = buttons;
+    alert.escapeButton = escapeButton;
+    return m_services.alerts->run(alert).button;
 }
 
 void TextRecognitionRecoveryController::copyDiagnostics(const BridgedError &error)

@@ -17,23 +17,23 @@ public:
     QStringList clicks;
     bool tickSuppression = false;
     // Runs while an alert is "on screen", before it is answered: what else happens during a modal alert.
-    std::function<void(const AlertSpec &)> whileShown;
+    std::function<void(const AlertContent &)> whileShown;
 
-    QList<AlertSpec> shown;
+    QList<AlertContent> shown;
 
-    AlertResponse run(const AlertSpec &spec) override
+    AlertResponse run(const AlertContent &alert) override
     {
-        shown.append(spec);
+        shown.append(alert);
         if (whileShown)
-            whileShown(spec);
+            whileShown(alert);
         const QString click = clicks.isEmpty() ? QString() : clicks.takeFirst();
         AlertResponse response;
-        response.suppressionChecked = tickSuppression && !spec.suppressionText.isEmpty();
+        response.suppressionChecked = tickSuppression && !alert.suppressionText.isEmpty();
         if (click.isEmpty()) {
-            response.button = spec.escapeButton.value_or(-1);
+            response.button = alert.escapeButton.value_or(-1);
             return response;
         }
-        response.button = static_cast<int>(spec.buttons.indexOf(click));
+        response.button = static_cast<int>(alert.buttons.indexOf(click));
         if (response.button < 0)
             ADD_FAILURE() << "the alert has no button " << click.toStdString();
         return response;

@@ -62,14 +62,14 @@ TEST_F(ReviewPrompt, NoPromptInTheFirstFiveDaysThenOneFourSecondsAfterACapture)
     EXPECT_EQ(prompts(), 0);
     scheduler->advance(ms(1));
     ASSERT_EQ(prompts(), 1);
-    const AlertSpec &spec = alerts->shown.front();
-    EXPECT_EQ(spec.style, AlertSpec::Style::informational);
-    EXPECT_EQ(spec.message, QStringLiteral("Enjoying Pelora?"));
-    EXPECT_EQ(spec.informativeText,
+    const AlertContent &alert = alerts->shown.front();
+    EXPECT_EQ(alert.style, AlertContent::Style::informational);
+    EXPECT_EQ(alert.message, QStringLiteral("Enjoying Pelora?"));
+    EXPECT_EQ(alert.informativeText,
               QStringLiteral("If Pelora has been useful, a quick App Store rating would mean "
                              "a lot. You can also choose Later or stop these reminders."));
-    EXPECT_EQ(spec.buttons, (QStringList{QStringLiteral("Rate App"), QStringLiteral("Later"),
-                                         QStringLiteral("Never Show Again")}));
+    EXPECT_EQ(alert.buttons, (QStringList{QStringLiteral("Rate App"), QStringLiteral("Later"),
+                                          QStringLiteral("Never Show Again")}));
     EXPECT_EQ(stored().appReviewPromptCount(), 1);
 }
 

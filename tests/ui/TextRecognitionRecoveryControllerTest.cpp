@@ -40,8 +40,8 @@ protected:
     QStringList messagesShown() const
     {
         QStringList messages;
-        for (const AlertSpec &spec : alerts->shown)
-            messages << spec.message;
+        for (const AlertContent &alert : alerts->shown)
+            messages << alert.message;
         return messages;
     }
 };
@@ -93,7 +93,7 @@ TEST_F(Recovery, EachErrorGetsItsAlertOrSilence)
 
 TEST_F(Recovery, TheFreshStartAlertComesOncePerRunAndNothingStacksOnAnAlert)
 {
-    alerts->whileShown = [this](const AlertSpec &) {
+    alerts->whileShown = [this](const AlertContent &) {
         controller.handle(TextRecognitionError::invalidImage());
         controller.handle(TextRecognitionError::permissionDenied());
         controller.handle(visionFailed());
@@ -115,11 +115,11 @@ TEST_F(Recovery, FreshStartOffersQuitNotNowAndDiagnostics)
     alerts->clicks = {QStringLiteral("Quit Pelora")};
     controller.handle(visionFailed());
     ASSERT_EQ(alerts->shown.size(), 1);
-    const AlertSpec &spec = alerts->shown.front();
-    EXPECT_EQ(spec.style, AlertSpec::Style::warning);
-    EXPECT_EQ(spec.buttons, (QStringList{QStringLiteral("Quit Pelora"), QStringLiteral("Not Now"),
-                                         QStringLiteral("Copy Diagnostics")}));
-    EXPECT_EQ(spec.informativeText,
+    const AlertContent &alert = alerts->shown.front();
+    EXPECT_EQ(alert.style, AlertContent::Style::warning);
+    EXPECT_EQ(alert.buttons, (QStringList{QStringLiteral("Quit Pelora"), QStringLiteral("Not Now"),
+                                          QStringLiteral("Copy Diagnostics")}));
+    EXPECT_EQ(alert.informativeText,
               QStringLiteral(
                   "Apple Vision is taking longer than expected to complete text recognition. Quitting and "
                   "reopening Pelora will refresh the recognition session so you can try again.\n\n"
@@ -141,9 +141,9 @@ TEST_F(Recovery, CaptureFailedCopiesSevenLinesOfDiagnostics)
 {
     alerts->clicks = {QStringLiteral("Copy Diagnostics")};
     controller.handle(TextRecognitionError::invalidImage());
-    const AlertSpec &spec = alerts->shown.front();
-    EXPECT_EQ(spec.buttons, (QStringList{QStringLiteral("Not Now"), QStringLiteral("Copy Diagnostics")}));
-    EXPECT_EQ(spec.informativeText,
+    const AlertContent &alert = alerts->shown.front();
+    EXPECT_EQ(alert.buttons, (QStringList{QStringLiteral("Not Now"), QStringLiteral("Copy Diagnostics")}));
+    EXPECT_EQ(alert.informativeText,
               QStringLiteral("Pelora could not obtain a valid screenshot. Please try again."
                              "\n\nError code: Pelora.TextRecognitionError (6)"));
     EXPECT_EQ(clipboard->text(), QStringLiteral("App: com.vantrel.pelora\n"

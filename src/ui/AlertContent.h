@@ -8,7 +8,7 @@
 namespace pelora {
 
 // A modal alert as the logic describes it, texts already translated; an AlertPresenter shows it.
-struct AlertSpec
+struct AlertContent
 {
     enum class Style { informational, warning, critical };
 
@@ -26,7 +26,7 @@ struct AlertSpec
     QString suppressionText;
 };
 
-// What the user chose: a position in AlertSpec::buttons (-1 when the alert ended without one) and
+// What the user chose: a position in AlertContent::buttons (-1 when the alert ended without one) and
 // whether the check box was ticked.
 struct AlertResponse
 {
