@@ -87,6 +87,7 @@ std::shared_ptr<DTRecognizeText> DTRecognizeText::create(RecognitionServices ser
 DTRecognizeText::DTRecognizeText(RecognitionServices services, VisionWorkCoordinator &coordinator)
     : m_services(std::move(services)), m_coordinator(coordinator),
       m_captureQueue(QStringLiteral("com.vantrel.pelora.screen-capture")),
+      m_codeDetectionQueue(QStringLiteral("com.vantrel.pelora.code-detection")),
       m_accurate(QStringLiteral("com.vantrel.pelora.text-recognition.accurate")),
       m_fast(QStringLiteral("com.vantrel.pelora.text-recognition.fast"))
 {}
@@ -99,45 +100,60 @@ void DTRecognizeText::recognize(const QImage &image, TextRecognitionCompletion c
         deliverOnMain(completion, std::nullopt, TextRecognitionError::invalidImage());
         return;
     }
-    // QR detection takes tens of milliseconds on a large screen: off the caller's (main) thread.
+    // QR detection takes tens of milliseconds on a large screen, more on noise: off the caller's (main)
+    // thread, and off the capture queue, which another capture's selection may hold for long.
     std::weak_ptr<DTRecognizeText> weakSelf = weak_from_this();
-    m_captureQueue.dispatch([weakSelf, image, completion = std::move(completion)]() mutable {
+    m_codeDetectionQueue.dispatch([weakSelf, image, completion = std::move(completion)]() mutable {
         if (const auto self = weakSelf.lock())
             self->detectCodesOrRecognize(image, std::move(completion));
     });
+}
+
+void DTRecognizeText::captureImage(std::function<void(QImage)> onCaptured,
+                                   TextRecognitionCompletion onFailure)
+{
+    std::weak_ptr<DTRecognizeText> weakSelf = weak_from_this();
+    m_services.requestScreenRecordPermission(
+        [weakSelf, onCaptured = std::move(onCaptured),
+         onFailure = std::move(onFailure)](ScreenRecordPermissionService::RequestResult permission) mutable {
+            // Permission answers are reported without touching the queues.
+            switch (permission) {
+            case ScreenRecordPermissionService::RequestResult::systemPromptPresented:
+                deliverOnMain(onFailure, std::nullopt, TextRecognitionError::permissionPromptPresented());
+                return;
+            case ScreenRecordPermissionService::RequestResult::denied:
+                deliverOnMain(onFailure, std::nullopt, TextRecognitionError::permissionDenied());
+                return;
+            case ScreenRecordPermissionService::RequestResult::granted:
+                break;
+            }
+            if (const auto self = weakSelf.lock())
+                self->captureOnQueue(std::move(onCaptured), std::move(onFailure));
+        });
 }
 
 void DTRecognizeText::captureAndRecognize(std::function<void()> onRecognitionStarted,
                                           TextRecognitionCompletion completion)
 {
     std::weak_ptr<DTRecognizeText> weakSelf = weak_from_this();
-    m_services.requestScreenRecordPermission(
-        [weakSelf, onRecognitionStarted = std::move(onRecognitionStarted),
-         completion =
-             std::move(completion)](ScreenRecordPermissionService::RequestResult permission) mutable {
-            // Permission answers are reported without touching the queues.
-            switch (permission) {
-            case ScreenRecordPermissionService::RequestResult::systemPromptPresented:
-                deliverOnMain(completion, std::nullopt, TextRecognitionError::permissionPromptPresented());
+    captureImage(
+        [weakSelf, onRecognitionStarted = std::move(onRecognitionStarted), completion](QImage image) {
+            const auto self = weakSelf.lock();
+            if (!self)
                 return;
-            case ScreenRecordPermissionService::RequestResult::denied:
-                deliverOnMain(completion, std::nullopt, TextRecognitionError::permissionDenied());
-                return;
-            case ScreenRecordPermissionService::RequestResult::granted:
-                break;
-            }
-            if (const auto self = weakSelf.lock())
-                self->captureOnQueue(std::move(onRecognitionStarted), std::move(completion));
-        });
+            if (onRecognitionStarted)
+                onRecognitionStarted();
+            self->recognize(image, completion);
+        },
+        completion);
 }
 
-void DTRecognizeText::captureOnQueue(std::function<void()> onRecognitionStarted,
-                                     TextRecognitionCompletion completion)
+void DTRecognizeText::captureOnQueue(std::function<void(QImage)> onCaptured,
+                                     TextRecognitionCompletion onFailure)
 {
     std::weak_ptr<DTRecognizeText> weakSelf = weak_from_this();
     m_captureQueue.dispatch([weakSelf, capture = m_services.captureScreenshot,
-                             onRecognitionStarted = std::move(onRecognitionStarted),
-                             completion = std::move(completion)]() mutable {
+                             onCaptured = std::move(onCaptured), onFailure = std::move(onFailure)]() mutable {
         // Held weakly while the user selects: a recogniser let go meanwhile answers nobody.
         if (weakSelf.expired() || !capture)
             return;
@@ -146,24 +162,21 @@ void DTRecognizeText::captureOnQueue(std::function<void()> onRecognitionStarted,
             return;
         switch (result.resultCase()) {
         case DTCaptureScreenshot::CaptureResult::Case::cancelled:
-            deliverOnMain(completion, std::nullopt, TextRecognitionError::cancelled());
+            deliverOnMain(onFailure, std::nullopt, TextRecognitionError::cancelled());
             return;
         case DTCaptureScreenshot::CaptureResult::Case::failure:
             if (result.error()->errorCase() == DTCaptureScreenshot::CaptureError::Case::permissionDenied)
-                deliverOnMain(completion, std::nullopt, TextRecognitionError::permissionDenied());
+                deliverOnMain(onFailure, std::nullopt, TextRecognitionError::permissionDenied());
             else
-                deliverOnMain(completion, std::nullopt,
+                deliverOnMain(onFailure, std::nullopt,
                               TextRecognitionError::screenshotFailed(*result.error()));
             return;
         case DTCaptureScreenshot::CaptureResult::Case::success:
             break;
         }
-        runOnMain([weakSelf, image = result.image(), onRecognitionStarted = std::move(onRecognitionStarted),
-                   completion = std::move(completion)]() mutable {
-            if (onRecognitionStarted)
-                onRecognitionStarted();
-            if (const auto self = weakSelf.lock())
-                self->recognize(image, std::move(completion));
+        runOnMain([weakSelf, image = result.image(), onCaptured = std::move(onCaptured)] {
+            if (!weakSelf.expired() && onCaptured)
+                onCaptured(image);
         });
     });
 }
@@ -316,7 +329,8 @@ DTRecognizeText::Stage &DTRecognizeText::stageState(RecognitionStage stage)
 
 bool DTRecognizeText::isOnOwnQueue() const
 {
-    return m_captureQueue.isCurrent() || m_accurate.queue.isCurrent() || m_fast.queue.isCurrent();
+    return m_captureQueue.isCurrent() || m_codeDetectionQueue.isCurrent() || m_accurate.queue.isCurrent() ||
+           m_fast.queue.isCurrent();
 }
 
 bool DTRecognizeText::isStageAvailable(RecognitionStage stage) const

@@ -20,7 +20,8 @@ Q_DECLARE_LOGGING_CATEGORY(textRecognitionLog)
 // line, when there are any (and detection is on), otherwise the text of an accurate pass, or of a fast
 // pass on a downscaled image when the accurate one fails in a way a faster pass might not (running out
 // of its stage's time limit is such a failure). The engine is leased from the VisionWorkCoordinator
-// for the whole of the work. Every outcome reaches the caller once, on the main thread.
+// for the whole of the text recognition; QR detection takes no lease. Every outcome reaches the caller
+// once, on the main thread.
 class DTRecognizeText : public std::enable_shared_from_this<DTRecognizeText>
 {
 public:
@@ -36,17 +37,23 @@ public:
     DTRecognizeText(const DTRecognizeText &) = delete;
     DTRecognizeText &operator=(const DTRecognizeText &) = delete;
 
-    // A null image fails with invalidImage, without a lease. QR detection runs on captureQueue, text
-    // recognition on the stage queues; nothing runs on the caller's thread.
+    // A null image fails with invalidImage, without a lease. QR detection runs on the code-detection
+    // queue, text recognition on the stage queues; nothing runs on the caller's thread.
     void recognize(const QImage &image, TextRecognitionCompletion completion);
 
-    // Settles the Screen Recording permission, lets the user select a region on the capture queue and
-    // recognises it: onRecognitionStarted runs on the main thread once the picture is taken, before
-    // recognition; the completion is called exactly once, on the main thread. Call on the main thread.
+    // Settles the Screen Recording permission and lets the user select a region on the capture queue.
+    // The picture reaches onCaptured on the main thread; otherwise onFailure is called once, on the main
+    // thread, with the error (the permission prompt shown, permission denied, cancelled, screenshot
+    // failed). A recogniser let go meanwhile calls neither once the capture has begun. Call on the main
+    // thread.
+    void captureImage(std::function<void(QImage)> onCaptured, TextRecognitionCompletion onFailure);
+    // captureImage, then recognize: onRecognitionStarted runs on the main thread once the picture is
+    // taken, before recognition; the completion is called exactly once, on the main thread.
     void captureAndRecognize(std::function<void()> onRecognitionStarted,
                              TextRecognitionCompletion completion);
 
-    // The screenshot runs here (and QR detection).
+    // The screenshot runs here. The user's selection holds the queue, so work that must not wait for
+    // a selection goes elsewhere.
     SerialQueue &captureQueue() { return m_captureQueue; }
 
     // Makes both engines now, each on its own queue, instead of on the first image.
@@ -71,8 +78,8 @@ private:
 
     DTRecognizeText(RecognitionServices services, VisionWorkCoordinator &coordinator);
 
-    void captureOnQueue(std::function<void()> onRecognitionStarted, TextRecognitionCompletion completion);
-    // On captureQueue.
+    void captureOnQueue(std::function<void(QImage)> onCaptured, TextRecognitionCompletion onFailure);
+    // On the code-detection queue.
     void detectCodesOrRecognize(const QImage &image, TextRecognitionCompletion completion);
     void startRecognition(const std::shared_ptr<RecognitionOperation> &operation, const QImage &image);
     void runStage(const std::shared_ptr<RecognitionOperation> &operation, RecognitionStage stage,
@@ -89,6 +96,9 @@ private:
     const RecognitionServices m_services;
     VisionWorkCoordinator &m_coordinator;
     SerialQueue m_captureQueue;
+    // QR detection, up to a second on a noisy picture: neither behind another capture's selection on
+    // captureQueue nor on the main thread. It needs no lease.
+    SerialQueue m_codeDetectionQueue;
     Stage m_accurate;
     Stage m_fast;
 

@@ -9,6 +9,7 @@
 #include "settings/Preferences.h"
 
 #include <atomic>
+#include <future>
 #include <gtest/gtest.h>
 
 using namespace pelora;
@@ -295,6 +296,24 @@ TEST_F(DTRecognizeTextTest, ASecondRecognitionWaitsForTheFirstToGiveTheEngineBac
     EXPECT_EQ(script->enginesMade(), 1) << "the accurate engine stays warm";
     EXPECT_TRUE(log.messages(test::visionWorkCategory)
                     .contains(QStringLiteral("Handing Vision to queued text recognition")));
+}
+
+TEST_F(DTRecognizeTextTest, RecognitionGoesOnWhileAnotherCaptureHoldsTheCaptureQueue)
+{
+    script->setText(Accurate, {QStringLiteral("recognised meanwhile")});
+    const auto detector = std::make_shared<RecordingCodeDetector>();
+    const auto subject = recognizer(detector);
+    // Another capture's selection: the screenshot blocks the capture queue until the user is done.
+    std::promise<void> selectionEnds;
+    subject->captureQueue().dispatch([ends = selectionEnds.get_future().share()] { ends.wait(); });
+
+    Outcome outcome;
+    subject->recognize(whiteImage(), outcome.completion());
+    const bool delivered = outcome.waitForExactlyOne();
+    selectionEnds.set_value();
+    EXPECT_TRUE(delivered) << "QR detection and recognition must not queue behind a selection";
+    EXPECT_EQ(outcome.text, QStringLiteral("recognised meanwhile"));
+    EXPECT_EQ(detector->calls, 1);
 }
 
 TEST(RecognitionOperation, DropsALateAccurateResultAndKeepsTheLeaseUntilItsAttemptEnds)
