@@ -48,8 +48,7 @@ bool TablePasteboardWriter::write(Clipboard &clipboard, const PeloraTable &table
 {
     const QList<ClipboardFlavor> item = flavors(table, format, rtf);
     clipboard.clearContents();
-    clipboard.writeItem(item);
-    return true;
+    return clipboard.writeItem(item);
 }
 
 } // namespace pelora

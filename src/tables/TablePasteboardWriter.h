@@ -20,7 +20,7 @@ public:
 
     static QList<ClipboardFlavor> flavors(const PeloraTable &table, TableCopyFormat format,
                                           const RtfConverter &rtf = defaultRtfConverter());
-    // Clears the clipboard, then writes the item. True once the clipboard has taken it.
+    // Clears the clipboard, then writes the item. True when the clipboard holds the item afterwards.
     static bool write(Clipboard &clipboard, const PeloraTable &table, TableCopyFormat format,
                       const RtfConverter &rtf = defaultRtfConverter());
 

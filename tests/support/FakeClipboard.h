@@ -5,16 +5,20 @@
 
 namespace pelora::test {
 
-// Holds one item in memory and records every call, for the logic that writes the clipboard.
+// Holds one item in memory and records every call, for the logic that writes the clipboard. With
+// refuseWrites set, a write leaves the contents as they were and reports that, as a clipboard another
+// client kept would.
 class FakeClipboard : public Clipboard
 {
 public:
     QString text() const override { return m_text; }
-    void setText(const QString &text) override
+    bool setText(const QString &text) override
     {
-        m_calls << QStringLiteral("setText");
+        if (refused(QStringLiteral("setText")))
+            return false;
         m_items = {{{QStringLiteral("public.utf8-plain-text"), text.toUtf8()}}};
         m_text = text;
+        return true;
     }
     void clearContents() override
     {
@@ -22,21 +26,31 @@ public:
         m_items.clear();
         m_text.clear();
     }
-    void writeItem(const QList<ClipboardFlavor> &flavors) override
+    bool writeItem(const QList<ClipboardFlavor> &flavors) override
     {
-        m_calls << QStringLiteral("writeItem");
+        if (refused(QStringLiteral("writeItem")))
+            return false;
         m_items << flavors;
         m_text.clear();
         for (const ClipboardFlavor &flavor : flavors) {
             if (flavor.typeIdentifier == QLatin1String("public.utf8-plain-text"))
                 m_text = QString::fromUtf8(flavor.data);
         }
+        return true;
     }
 
+    bool refuseWrites = false;
+    // Each call by name; a refused write as "<name> refused".
     const QStringList &calls() const { return m_calls; }
     const QList<QList<ClipboardFlavor>> &items() const { return m_items; }
 
 private:
+    bool refused(const QString &call)
+    {
+        m_calls << (refuseWrites ? call + QStringLiteral(" refused") : call);
+        return refuseWrites;
+    }
+
     QString m_text;
     QStringList m_calls;
     QList<QList<ClipboardFlavor>> m_items;

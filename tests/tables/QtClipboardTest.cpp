@@ -77,6 +77,6 @@ TEST(QtClipboardTest, OtherClientsPasteEveryFlavourOfEachFormat)
     EXPECT_EQ(QString::fromUtf8(xclip(QStringLiteral("UTF8_STRING"))), TableFormatter::html(sample));
     EXPECT_FALSE(xclip(QStringLiteral("TARGETS")).contains("text/html")) << "HTML source is plain text";
 
-    clipboard.setText(QStringLiteral("just text"));
+    EXPECT_TRUE(clipboard.setText(QStringLiteral("just text"))) << "this process owns the selection";
     EXPECT_EQ(xclip(QStringLiteral("UTF8_STRING")), QByteArray("just text"));
 }

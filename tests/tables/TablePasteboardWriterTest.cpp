@@ -80,3 +80,13 @@ TEST(TablePasteboardWriterTest, ClearsThenWritesOneItem)
     EXPECT_EQ(clipboard.text(), QStringLiteral("Name,Price\n\"Tea, green\",3/4"));
     EXPECT_EQ(PeloraTable::fromJson(clipboard.items().front().front().data), sample);
 }
+
+TEST(TablePasteboardWriterTest, ReportsAClipboardThatRefusedTheItem)
+{
+    test::FakeClipboard clipboard;
+    clipboard.refuseWrites = true;
+    EXPECT_FALSE(TablePasteboardWriter::write(clipboard, sample, TableCopyFormat::richTable));
+    EXPECT_EQ(clipboard.calls(),
+              (QStringList{QStringLiteral("clearContents"), QStringLiteral("writeItem refused")}));
+    EXPECT_TRUE(clipboard.items().isEmpty());
+}

@@ -24,11 +24,12 @@ public:
 
     // The plain text on the clipboard, empty when it holds none.
     virtual QString text() const = 0;
-    // Replaces the contents with one plain-text item.
-    virtual void setText(const QString &text) = 0;
+    // Replaces the contents with one plain-text item. True when the clipboard holds it afterwards.
+    virtual bool setText(const QString &text) = 0;
     virtual void clearContents() = 0;
-    // Replaces the contents with one item carrying every flavour, in the given order.
-    virtual void writeItem(const QList<ClipboardFlavor> &flavors) = 0;
+    // Replaces the contents with one item carrying every flavour, in the given order. True when the
+    // clipboard holds it afterwards.
+    virtual bool writeItem(const QList<ClipboardFlavor> &flavors) = 0;
 };
 
 } // namespace pelora

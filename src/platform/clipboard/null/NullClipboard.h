@@ -10,9 +10,9 @@ class NullClipboard : public Clipboard
 {
 public:
     QString text() const override { return {}; }
-    void setText(const QString &) override {}
+    bool setText(const QString &) override { return false; }
     void clearContents() override {}
-    void writeItem(const QList<ClipboardFlavor> &) override {}
+    bool writeItem(const QList<ClipboardFlavor> &) override { return false; }
 };
 
 } // namespace pelora

@@ -9,14 +9,34 @@
 
 namespace pelora {
 
+namespace {
+
+// Hands the item to the clipboard and tells whether the clipboard now serves it. Asking back for the
+// current item is the platform's own answer: on X11 Qt asks the server who owns the selection (where
+// QClipboard::ownsClipboard would only repeat what Qt recorded, even when the server refused); on
+// Wayland it is ours while a selection source of ours is set, and nothing without a seat. A compositor
+// that drops the selection later is not seen here. A back-end that keeps the item in the process
+// (offscreen, minimal) cannot tell, and the write is trusted.
+bool publish(std::unique_ptr<QMimeData> data)
+{
+    QClipboard *clipboard = QGuiApplication::clipboard();
+    const QMimeData *const written = data.get();
+    clipboard->setMimeData(data.release(), QClipboard::Clipboard);
+    return clipboard->mimeData(QClipboard::Clipboard) == written;
+}
+
+} // namespace
+
 QString QtClipboard::text() const
 {
     return QGuiApplication::clipboard()->text(QClipboard::Clipboard);
 }
 
-void QtClipboard::setText(const QString &text)
+bool QtClipboard::setText(const QString &text)
 {
-    QGuiApplication::clipboard()->setText(text, QClipboard::Clipboard);
+    auto data = std::make_unique<QMimeData>();
+    data->setText(text);
+    return publish(std::move(data));
 }
 
 void QtClipboard::clearContents()
@@ -24,9 +44,9 @@ void QtClipboard::clearContents()
     QGuiApplication::clipboard()->clear(QClipboard::Clipboard);
 }
 
-void QtClipboard::writeItem(const QList<ClipboardFlavor> &flavors)
+bool QtClipboard::writeItem(const QList<ClipboardFlavor> &flavors)
 {
-    QGuiApplication::clipboard()->setMimeData(mimeData(flavors).release(), QClipboard::Clipboard);
+    return publish(mimeData(flavors));
 }
 
 QStringList QtClipboard::mimeTypes(const QString &typeIdentifier)

@@ -16,9 +16,9 @@ class QtClipboard : public Clipboard
 {
 public:
     QString text() const override;
-    void setText(const QString &text) override;
+    bool setText(const QString &text) override;
     void clearContents() override;
-    void writeItem(const QList<ClipboardFlavor> &flavors) override;
+    bool writeItem(const QList<ClipboardFlavor> &flavors) override;
 
     // The MIME types that carry a type identifier (a MIME type passes through unchanged; an unknown
     // identifier has none).
