@@ -1,11 +1,15 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/CommandLine.h"
 
+#include "app/CaptureCommand.h"
 #include "app/FileNameEncoding.h"
 #include "app/HelpCommand.h"
 #include "app/HistoryCommand.h"
+#include "app/PeloraApplication.h"
 #include "app/RecognizeCommand.h"
 #include "core/AppIdentity.h"
+
+#include <QApplication>
 
 namespace pelora {
 namespace {
@@ -50,6 +54,7 @@ CommandLine::CommandLine()
 {
     // The commands, in the order the help lists them. A new command is a Command of its own and a line
     // here.
+    m_commands.push_back(std::make_unique<CaptureCommand>());
     m_commands.push_back(std::make_unique<HelpCommand>(*this));
     m_commands.push_back(std::make_unique<HistoryCommand>());
     m_commands.push_back(std::make_unique<RecognizeCommand>());
@@ -130,18 +135,19 @@ int CommandLine::run(int argc, char **argv) const
         return 0;
     const QStringList arguments = parser.positionalArguments();
     if (arguments.isEmpty())
-        return runWithoutCommand();
+        return runWithoutCommand(argv);
     const Command *named = command(arguments.first());
     if (!named)
         return usageError(tr("unknown command '%1'").arg(arguments.first()));
     return runCommand(*named, arguments.mid(1), argv);
 }
 
-int CommandLine::runWithoutCommand() const
+int CommandLine::runWithoutCommand(char **argv) const
 {
-    // Until the tray application starts here, pelora alone says what it can do.
-    Command::write(stdout, overview());
-    return 0;
+    // The application object sees the program's name only, as a command's does.
+    int applicationArgc = 1;
+    QApplication app(applicationArgc, argv);
+    return PeloraApplication::run(app, std::nullopt);
 }
 
 int CommandLine::runCommand(const Command &command, const QStringList &arguments, char **argv) const

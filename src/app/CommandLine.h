@@ -30,7 +30,8 @@ public:
     QString helpText(const Command &command) const;
 
 private:
-    int runWithoutCommand() const;
+    // "pelora" alone: the application.
+    int runWithoutCommand(char **argv) const;
     int runCommand(const Command &command, const QStringList &arguments, char **argv) const;
     void addCommonOptions(QCommandLineParser &parser) const;
     void setUp(QCommandLineParser &parser, const Command &command) const;

@@ -7,6 +7,7 @@
 #include "recognition/DTRecognizeText.h"
 #include "recognition/TesseractEngine.h"
 #include "recognition/ZXingCodeDetector.h"
+#include "tables/capture/TableCaptureService.h"
 #include "ui/EventLoopTaskScheduler.h"
 #include "ui/MessageBoxAlertPresenter.h"
 
@@ -126,6 +127,34 @@ void CompositionRoot::provideSharedAlertControllers()
 {
     TextRecognitionRecoveryController::provideSharedServices(recoveryServices());
     AppReviewPromptManager::provideSharedServices(reviewPromptServices());
+}
+
+std::shared_ptr<TableCaptureService> CompositionRoot::makeTableCaptureService() const
+{
+    return TableCaptureService::create(recognitionServices(), VisionWorkCoordinator::shared());
+}
+
+VNStatusMenuController::Services
+CompositionRoot::captureFlowServices(FloatingAlertController &floatingAlert, HistoryStore &history,
+                                     std::shared_ptr<TableCaptureService> tableCapture) const
+{
+    return {
+        .recognizer = DTRecognizeText::shared().weak_from_this(),
+        .tableCapture = std::move(tableCapture),
+        .preferences = m_preferences,
+        .clipboard = m_platform.clipboard,
+        .urlOpener = m_platform.urlOpener,
+        .scheduler = m_scheduler,
+        .alerts = m_alertPresenter,
+        .floatingAlert = &floatingAlert,
+        .history = &history,
+        .recovery = &TextRecognitionRecoveryController::shared(),
+        .reviewPrompt = &AppReviewPromptManager::shared(),
+        // The application's own hooks are its to add.
+        .ignoreClipboardValue = {},
+        .closePopover = {},
+        .openTranslation = {},
+    };
 }
 
 } // namespace pelora

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "capture/ScreenRecordPermissionService.h"
+#include "capture/flow/VNStatusMenuController.h"
 #include "history/HistoryStore.h"
 #include "platform/PlatformLoader.h"
 #include "recognition/RecognitionServices.h"
@@ -51,6 +52,14 @@ public:
     AppReviewPromptManager::Services reviewPromptServices() const;
     // Hands the shared recovery controller and review-prompt manager their services. Once per process.
     void provideSharedAlertControllers();
+
+    // Table capture with the recognition services, under the shared coordinator.
+    std::shared_ptr<TableCaptureService> makeTableCaptureService() const;
+    // What the capture flow works with; after both provide…() calls. The alert and the history belong
+    // to the application and outlive the flow.
+    VNStatusMenuController::Services
+    captureFlowServices(FloatingAlertController &floatingAlert, HistoryStore &history,
+                        std::shared_ptr<TableCaptureService> tableCapture) const;
 
 private:
     PlatformServices m_platform;

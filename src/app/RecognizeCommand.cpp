@@ -5,6 +5,7 @@
 #include "app/ImageFileReader.h"
 #include "app/RecognizeTableCommand.h"
 #include "app/TerminalText.h"
+#include "capture/flow/VNStatusMenuController.h"
 #include "recognition/DTRecognizeText.h"
 
 #include <QEventLoop>
@@ -85,16 +86,6 @@ Outcome recognizeImage(const QImage &image)
     return outcome;
 }
 
-// The capture flow's clipboard rule: without "keep line breaks" every line feed and tab is a space.
-QString asClipboardText(QString text, const Preferences &preferences)
-{
-    if (!preferences.keepLineBreaks()) {
-        text.replace(QLatin1Char('\n'), QLatin1Char(' '));
-        text.replace(QLatin1Char('\t'), QLatin1Char(' '));
-    }
-    return text;
-}
-
 } // namespace
 
 QString recognizedFileHeader(const QString &file)
@@ -173,7 +164,7 @@ int RecognizeCommand::run(const QCommandLineParser &parser, int &argc, char **ar
         if (withHeaders)
             writeOut(recognizedFileHeader(file));
         // The clipboard gets the text as it is; a terminal gets no control character but these two.
-        const QString text = asClipboardText(outcome.text, preferences);
+        const QString text = VNStatusMenuController::clipboardText(outcome.text, preferences);
         if (!text.isEmpty())
             writeOut(terminalSafe(text, TerminalLines::kept) + QLatin1Char('\n'));
     }

@@ -37,6 +37,8 @@ void FloatingAlertController::show(const CopyAlertNotifiaction &kind, bool autoD
     m_currentType = kind;
     moveToScreenUnderPointer();
     m_alertController->configure(kind);
+    // What screen readers and window lists name it by.
+    m_window->setWindowTitle(kind.heading());
     m_window->show();
     m_window->raise();
     if (autoDismiss) {

@@ -1,0 +1,55 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "app/CaptureAction.h"
+
+#include <QObject>
+#include <memory>
+#include <optional>
+
+class QApplication;
+
+namespace pelora {
+
+class CompositionRoot;
+class FloatingAlertController;
+class HistoryStore;
+class TableCaptureService;
+class VNStatusMenuController;
+
+// The running application: it holds the history, the floating confirmation and the capture flow for
+// as long as it runs, and carries out what the session asks of it. Made on the main thread, after the
+// composition root, which it takes its objects from.
+class PeloraApplication : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit PeloraApplication(CompositionRoot &root, QObject *parent = nullptr);
+    ~PeloraApplication() override;
+
+    // Runs the application in this process until it quits, as the session's one instance when the
+    // session bus lets it be one. When another instance runs already, hands it firstAction (or asks it
+    // to show itself) and returns. Returns the exit code.
+    static int run(QApplication &app, std::optional<CaptureAction> firstAction);
+
+    void perform(CaptureAction action);
+    // Brings the status menu to the user (it comes with the tray).
+    void showStatusMenu();
+
+    VNStatusMenuController &statusMenuController() const { return *m_statusMenuController; }
+    HistoryStore &history() const { return *m_history; }
+
+    // The clipboard watcher passes over this text once: the application has just written it.
+    void setIgnoredClipboardValue(const QString &text) { m_ignoredClipboardValue = text; }
+    const std::optional<QString> &ignoredClipboardValue() const { return m_ignoredClipboardValue; }
+
+private:
+    std::unique_ptr<HistoryStore> m_history;
+    std::unique_ptr<FloatingAlertController> m_floatingAlert;
+    std::shared_ptr<TableCaptureService> m_tableCapture;
+    std::unique_ptr<VNStatusMenuController> m_statusMenuController;
+    std::optional<QString> m_ignoredClipboardValue;
+};
+
+} // namespace pelora

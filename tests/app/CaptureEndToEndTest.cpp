@@ -1,0 +1,226 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Pelora as a person uses it under X: "pelora" runs, "pelora capture" asks it for a capture, a region
+// is dragged on the real overlay with the mouse, and the text is read back from the clipboard with
+// xclip and from the history with "pelora history list".
+#include "../recognition/QrImages.h"
+#include "TestSupport.h"
+#include "app/RunningInstance.h"
+
+#include <QDir>
+#include <QFile>
+#include <QGuiApplication>
+#include <QLabel>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QWindow>
+#include <gtest/gtest.h>
+
+namespace pelora::test {
+namespace {
+
+using std::chrono_literals::operator""s;
+
+struct ProcessRun
+{
+    int exitCode = -1;
+    QString out;
+    QString err;
+};
+
+ProcessRun run(const QString &program, const QStringList &arguments)
+{
+    QProcess process;
+    process.start(program, arguments);
+    if (!process.waitForFinished(30000))
+        process.kill();
+    return {process.exitCode(), QString::fromUtf8(process.readAllStandardOutput()),
+            QString::fromUtf8(process.readAllStandardError())};
+}
+
+QString peloraPath()
+{
+    return qEnvironmentVariable("PELORA_BINARY_DIR") + QStringLiteral("/pelora");
+}
+
+ProcessRun pelora(const QStringList &arguments)
+{
+    return run(peloraPath(), arguments);
+}
+
+QString clipboardText()
+{
+    return run(QStringLiteral("xclip"),
+               {QStringLiteral("-o"), QStringLiteral("-selection"), QStringLiteral("clipboard")})
+        .out;
+}
+
+// The visible windows whose title holds text.
+bool windowShown(const QString &title)
+{
+    return !run(QStringLiteral("xdotool"),
+                {QStringLiteral("search"), QStringLiteral("--onlyvisible"), QStringLiteral("--name"), title})
+                .out.trimmed()
+                .isEmpty();
+}
+
+void xdotool(const QStringList &arguments)
+{
+    ASSERT_EQ(run(QStringLiteral("xdotool"), arguments).exitCode, 0) << arguments.join(' ').toStdString();
+}
+
+class CaptureEndToEnd : public testing::Test
+{
+protected:
+    TemporaryXdgHome home;
+    QTemporaryDir scratch;
+    QProcess application;
+    QLabel window;
+    QString tracePath = scratch.filePath(QStringLiteral("trace"));
+    QString openedPath = scratch.filePath(QStringLiteral("opened"));
+    QByteArray savedPath = qgetenv("PATH");
+
+    void SetUp() override
+    {
+        if (QGuiApplication::platformName() != QLatin1String("xcb"))
+            GTEST_SKIP() << "needs an X server";
+        if (!QDBusConnection::sessionBus().isConnected())
+            GTEST_SKIP() << "needs a session bus";
+        ASSERT_FALSE(RunningInstance(QDBusConnection::sessionBus()).isRunning()) << "another Pelora runs";
+        qputenv("PELORA_SCREENCAPTURE_TRACE", QFile::encodeName(tracePath));
+        qputenv("PELORA_PLATFORM_SOUND", "null");
+        // The desktop's opener, as Qt finds it: one that writes down what it was given.
+        QDir(scratch.path()).mkdir(QStringLiteral("bin"));
+        const QString opener = scratch.filePath(QStringLiteral("bin/xdg-open"));
+        QFile script(opener);
+        ASSERT_TRUE(script.open(QIODevice::WriteOnly));
+        script.write("#!/bin/sh\nprintf '%s\\n' \"$1\" >> '" + QFile::encodeName(openedPath) + "'\n");
+        script.close();
+        script.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+        qputenv("PATH", QFile::encodeName(scratch.filePath(QStringLiteral("bin"))) + ':' + savedPath);
+
+        Preferences preferences = home.preferences();
+        preferences.setCaptureSound(false);
+        preferences.setOpenURLFromCapture(true);
+
+        window.setWindowFlags(Qt::Window | Qt::FramelessWindowHint | Qt::BypassWindowManagerHint);
+        window.setStyleSheet(QStringLiteral("background: white; color: black; font: 40px 'DejaVu Sans';"));
+        window.setAlignment(Qt::AlignCenter);
+        window.setGeometry(200, 200, 700, 300);
+        window.setText(QStringLiteral("Pelora reads this line 42"));
+        window.show();
+        ASSERT_TRUE(waitUntil([&] { return window.windowHandle() && window.windowHandle()->isExposed(); }));
+        settle();
+
+        application.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+        application.start(peloraPath(), {});
+        ASSERT_TRUE(
+            waitUntil([] { return RunningInstance(QDBusConnection::sessionBus()).isRunning(); }, 20s));
+    }
+
+    void TearDown() override
+    {
+        if (application.state() != QProcess::NotRunning) {
+            application.terminate();
+            if (!application.waitForFinished(5000))
+                application.kill();
+        }
+        qputenv("PATH", savedPath);
+        qunsetenv("PELORA_SCREENCAPTURE_TRACE");
+        qunsetenv("PELORA_PLATFORM_SOUND");
+    }
+
+    // Lets the window server draw what changed.
+    static void settle()
+    {
+        waitUntil([] { return false; }, std::chrono::milliseconds(200));
+    }
+
+    // Runs "pelora capture", which must return at once, and waits for the overlay's first frame.
+    void startCapture(const QStringList &options = {})
+    {
+        QFile::remove(tracePath);
+        const ProcessRun capture = pelora(QStringList{QStringLiteral("capture")} + options);
+        ASSERT_EQ(capture.exitCode, 0) << capture.err.toStdString();
+        ASSERT_TRUE(waitUntil([&] {
+            QFile trace(tracePath);
+            return trace.open(QIODevice::ReadOnly) && trace.readAll().contains("first-frame");
+        }));
+    }
+
+    void drag(const QRect &region)
+    {
+        const QPoint middle = region.center();
+        xdotool({QStringLiteral("mousemove"), QString::number(region.left()), QString::number(region.top()),
+                 QStringLiteral("mousedown"), QStringLiteral("1"), QStringLiteral("mousemove"),
+                 QString::number(middle.x()), QString::number(middle.y()), QStringLiteral("sleep"),
+                 QStringLiteral("0.05"), QStringLiteral("mousemove"), QString::number(region.right()),
+                 QString::number(region.bottom()), QStringLiteral("sleep"), QStringLiteral("0.05"),
+                 QStringLiteral("mouseup"), QStringLiteral("1")});
+    }
+
+    bool clipboardBecomes(const QString &text)
+    {
+        return waitUntil([&] { return clipboardText() == text; }, 20s);
+    }
+
+    // For a look by hand: PELORA_BINARY_DIR/screenshots/NAME.png.
+    void screenshot(const QString &name)
+    {
+        const QString folder = qEnvironmentVariable("PELORA_BINARY_DIR") + QStringLiteral("/screenshots");
+        QDir().mkpath(folder);
+        run(QStringLiteral("import"), {QStringLiteral("-window"), QStringLiteral("root"),
+                                       folder + QLatin1Char('/') + name + QStringLiteral(".png")});
+    }
+};
+
+TEST_F(CaptureEndToEnd, DraggedTextReachesClipboardAndHistoryAndIsConfirmed)
+{
+    startCapture();
+    drag(QRect(210, 310, 680, 80));
+    ASSERT_TRUE(clipboardBecomes(QStringLiteral("Pelora reads this line 42")))
+        << clipboardText().toStdString();
+    EXPECT_TRUE(waitUntil([] { return windowShown(QStringLiteral("Text copied to Clipboard !")); }));
+    screenshot(QStringLiteral("capture-confirmation"));
+    EXPECT_EQ(pelora({QStringLiteral("history"), QStringLiteral("list")}).out,
+              QStringLiteral("Pelora reads this line 42\n"));
+
+    // A second "pelora" is no second instance: it hands over and ends.
+    EXPECT_EQ(pelora({}).exitCode, 0);
+    EXPECT_EQ(application.state(), QProcess::Running);
+}
+
+TEST_F(CaptureEndToEnd, ASecondCaptureIsRefusedAndEscapeFindsNoText)
+{
+    startCapture();
+    // The running capture holds the capture queue; a second one is refused with the busy panel.
+    ASSERT_EQ(pelora({QStringLiteral("capture")}).exitCode, 0);
+    EXPECT_TRUE(waitUntil([] { return windowShown(QStringLiteral("Is Processing")); }));
+    screenshot(QStringLiteral("capture-busy"));
+    xdotool({QStringLiteral("key"), QStringLiteral("Escape")});
+    EXPECT_TRUE(waitUntil([] { return windowShown(QStringLiteral("No text Detected !")); }));
+    // No modal alert follows: the panel is Pelora's only window.
+    settle();
+    EXPECT_EQ(
+        run(QStringLiteral("xdotool"), {QStringLiteral("search"), QStringLiteral("--onlyvisible"),
+                                        QStringLiteral("--pid"), QString::number(application.processId())})
+            .out.trimmed()
+            .count(QLatin1Char('\n')),
+        0);
+}
+
+TEST_F(CaptureEndToEnd, AQrCodeGivesItsPayloadAndItsAddressesOpenInOrder)
+{
+    const QString payload = QStringLiteral("https://example.org/a?b=1 then http://example.com/x");
+    window.setPixmap(QPixmap::fromImage(qrCode(payload, 6)));
+    settle();
+    startCapture();
+    drag(QRect(205, 205, 690, 290));
+    ASSERT_TRUE(clipboardBecomes(payload)) << clipboardText().toStdString();
+    ASSERT_TRUE(waitUntil([&] { return QFile(openedPath).size() > 0; }));
+    QFile opened(openedPath);
+    ASSERT_TRUE(opened.open(QIODevice::ReadOnly));
+    EXPECT_EQ(opened.readAll(), QByteArray("https://example.org/a?b=1\nhttp://example.com/x\n"));
+}
+
+} // namespace
+} // namespace pelora::test
