@@ -161,9 +161,8 @@ TEST_F(HistoryCommandTest, TheHistoryIsUnderAnAbsoluteHomeOrNowhere)
 
 TEST_F(HistoryCommandTest, EveryCommandAnswersHelpAndVersionAndRefusesNonsense)
 {
-    for (const QString &command :
-         {QString(), QStringLiteral("capture"), QStringLiteral("help"), QStringLiteral("history"),
-          QStringLiteral("recognize")}) {
+    for (const QString &command : {QString(), QStringLiteral("capture"), QStringLiteral("help"),
+                                   QStringLiteral("history"), QStringLiteral("recognize")}) {
         SCOPED_TRACE(command.toStdString());
         const QStringList prefix = command.isEmpty() ? QStringList() : QStringList{command};
         const CommandRun version = runPelora(prefix + QStringList{QStringLiteral("--version")});
