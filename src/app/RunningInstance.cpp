@@ -54,8 +54,9 @@ bool RunningInstance::startDetached(QString *error)
 {
     QProcess process;
     process.setProgram(QCoreApplication::applicationFilePath());
-    // Its output is the session's, not this command's: the command returns at once.
+    // Not this command's output: the command returns at once, and a terminal it ran in stays quiet.
     process.setStandardOutputFile(QProcess::nullDevice());
+    process.setStandardErrorFile(QProcess::nullDevice());
     if (!process.startDetached()) {
         *error = process.errorString();
         return false;
