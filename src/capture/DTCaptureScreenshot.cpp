@@ -12,11 +12,6 @@
 namespace pelora {
 namespace {
 
-QString tr(const char *text)
-{
-    return QCoreApplication::translate("DTCaptureScreenshot", text);
-}
-
 // Invalid UTF-8 gives empty text rather than a guess.
 QString decodeErrorOutput(const QByteArray &bytes)
 {

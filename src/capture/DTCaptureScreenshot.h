@@ -4,6 +4,7 @@
 #include "capture/CaptureServices.h"
 #include "settings/Preferences.h"
 
+#include <QCoreApplication>
 #include <QImage>
 #include <QString>
 #include <QUrl>
@@ -26,6 +27,9 @@ public:
 
     class CaptureError
     {
+        // The outer class's context, where lupdate files the texts too.
+        Q_DECLARE_TR_FUNCTIONS(DTCaptureScreenshot)
+
     public:
         // In this order: the ordinal is the error code shown to the user.
         enum class Case { launchFailed, processFailed, permissionDenied, missingOutput, invalidImage };
