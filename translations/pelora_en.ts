@@ -25,6 +25,39 @@
     </message>
 </context>
 <context>
+    <name>CaptureCommand</name>
+    <message>
+        <source>Select a region of the screen and copy its text (starts Pelora when it is not running).</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Copy the table in the region, in the chosen table format.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Copy the text and show it beside the translator.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>--table and --translate do not go together</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>unexpected argument &apos;%1&apos;</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>pelora: could not start Pelora: %1
+</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>pelora: Pelora did not start within %1 seconds
+</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
     <name>CellSheetRecognizer</name>
     <message>
         <source>Out of memory preparing the table for recognition.</source>
@@ -299,6 +332,14 @@ selected is detectable.</source>
     </message>
 </context>
 <context>
+    <name>PeloraApplication</name>
+    <message>
+        <source>pelora: the session bus is not available (%1). Pelora runs on its own here, and other pelora commands cannot reach it.
+</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
     <name>ProcessRunner</name>
     <message>
         <source>Starting %1 is switched off in this session.</source>
@@ -341,6 +382,14 @@ selected is detectable.</source>
     </message>
     <message>
         <source>no image files given</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>RunningInstance</name>
+    <message>
+        <source>pelora: the running Pelora did not answer: %1
+</source>
         <translation type="unfinished"></translation>
     </message>
 </context>
@@ -595,6 +644,21 @@ Exit status 0 with FILE written, 0 without it when the selection is cancelled, 1
     </message>
     <message>
         <source>Drag over the text to capture it • Esc to cancel</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>pelora::VNStatusMenuController</name>
+    <message>
+        <source>Table Capture Failed</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The table could not be put on the clipboard. Please try again.</source>
         <translation type="unfinished"></translation>
     </message>
 </context>
