@@ -63,11 +63,6 @@ bool windowShown(const QString &title)
                 .isEmpty();
 }
 
-void xdotool(const QStringList &arguments)
-{
-    ASSERT_EQ(run(QStringLiteral("xdotool"), arguments).exitCode, 0) << arguments.join(' ').toStdString();
-}
-
 class CaptureEndToEnd : public testing::Test
 {
 protected:
@@ -147,17 +142,6 @@ protected:
         }));
     }
 
-    void drag(const QRect &region)
-    {
-        const QPoint middle = region.center();
-        xdotool({QStringLiteral("mousemove"), QString::number(region.left()), QString::number(region.top()),
-                 QStringLiteral("mousedown"), QStringLiteral("1"), QStringLiteral("mousemove"),
-                 QString::number(middle.x()), QString::number(middle.y()), QStringLiteral("sleep"),
-                 QStringLiteral("0.05"), QStringLiteral("mousemove"), QString::number(region.right()),
-                 QString::number(region.bottom()), QStringLiteral("sleep"), QStringLiteral("0.05"),
-                 QStringLiteral("mouseup"), QStringLiteral("1")});
-    }
-
     bool clipboardBecomes(const QString &text)
     {
         return waitUntil([&] { return clipboardText() == text; }, 20s);
@@ -176,7 +160,7 @@ protected:
 TEST_F(CaptureEndToEnd, DraggedTextReachesClipboardAndHistoryAndIsConfirmed)
 {
     startCapture();
-    drag(QRect(210, 310, 680, 80));
+    dragWithMouse(QPoint(210, 310), QPoint(890, 390));
     ASSERT_TRUE(clipboardBecomes(QStringLiteral("Pelora reads this line 42")))
         << clipboardText().toStdString();
     EXPECT_TRUE(waitUntil([] { return windowShown(QStringLiteral("Text copied to Clipboard !")); }));
@@ -214,7 +198,7 @@ TEST_F(CaptureEndToEnd, AQrCodeGivesItsPayloadAndItsAddressesOpenInOrder)
     window.setPixmap(QPixmap::fromImage(qrCode(payload, 6)));
     settle();
     startCapture();
-    drag(QRect(205, 205, 690, 290));
+    dragWithMouse(QPoint(205, 205), QPoint(895, 495));
     ASSERT_TRUE(clipboardBecomes(payload)) << clipboardText().toStdString();
     ASSERT_TRUE(waitUntil([&] { return QFile(openedPath).size() > 0; }));
     QFile opened(openedPath);

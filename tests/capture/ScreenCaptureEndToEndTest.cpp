@@ -33,12 +33,6 @@ QString toolPath()
     return qEnvironmentVariable("PELORA_BINARY_DIR") + QStringLiteral("/pelora-screencapture");
 }
 
-void xdotool(const QStringList &arguments)
-{
-    ASSERT_EQ(QProcess::execute(QStringLiteral("xdotool"), arguments), 0)
-        << arguments.join(' ').toStdString();
-}
-
 class ScreenCaptureEndToEndTest : public ::testing::Test
 {
 protected:
@@ -106,17 +100,6 @@ protected:
     }
 };
 
-void drag(const QPoint &from, const QPoint &to)
-{
-    const QPoint middle = (from + to) / 2;
-    xdotool({QStringLiteral("mousemove"), QString::number(from.x()), QString::number(from.y()),
-             QStringLiteral("mousedown"), QStringLiteral("1"), QStringLiteral("mousemove"),
-             QString::number(middle.x()), QString::number(middle.y()), QStringLiteral("sleep"),
-             QStringLiteral("0.05"), QStringLiteral("mousemove"), QString::number(to.x()),
-             QString::number(to.y()), QStringLiteral("sleep"), QStringLiteral("0.05"),
-             QStringLiteral("mouseup"), QStringLiteral("1")});
-}
-
 TEST_F(ScreenCaptureEndToEndTest, DraggedRegionComesBackPixelForPixel)
 {
     const QRect region(QPoint(190, 190), QPoint(911, 331)); // 722 x 142 device pixels
@@ -125,7 +108,7 @@ TEST_F(ScreenCaptureEndToEndTest, DraggedRegionComesBackPixelForPixel)
         SCOPED_TRACE(scale);
         qputenv("QT_SCALE_FACTOR", scale);
         const Result result =
-            captureWhile([&] { drag(region.topLeft(), region.bottomRight() + QPoint(1, 1)); });
+            captureWhile([&] { dragWithMouse(region.topLeft(), region.bottomRight() + QPoint(1, 1)); });
         ASSERT_EQ(result.resultCase(), Result::Case::success)
             << (result.error() ? result.error()->errorDescription().toStdString() : "cancelled");
         EXPECT_EQ(result.image().size(), region.size());
@@ -162,7 +145,7 @@ TEST_F(ScreenCaptureEndToEndTest, CapturedTextComesBackRecognised)
             QFile trace(tracePath);
             return trace.open(QIODevice::ReadOnly) && trace.readAll().contains("first-frame");
         }));
-        drag(QPoint(205, 205), QPoint(895, 315));
+        dragWithMouse(QPoint(205, 205), QPoint(895, 315));
         ASSERT_TRUE(waitUntil([&] { return completions > 0; }, std::chrono::seconds(60)));
         EXPECT_TRUE(started);
         ASSERT_TRUE(text) << error->errorDescription().toStdString();

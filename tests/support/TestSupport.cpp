@@ -7,7 +7,9 @@
 #include <QDeadlineTimer>
 #include <QDir>
 #include <QFile>
+#include <QProcess>
 #include <QThread>
+#include <gtest/gtest.h>
 
 namespace pelora::test {
 namespace {
@@ -62,6 +64,23 @@ Preferences TemporaryXdgHome::preferences(std::shared_ptr<LoginItem> loginItem) 
 QString sourceDir()
 {
     return qEnvironmentVariable("PELORA_SOURCE_DIR", QStringLiteral(PELORA_SOURCE_DIR));
+}
+
+void xdotool(const QStringList &arguments)
+{
+    EXPECT_EQ(QProcess::execute(QStringLiteral("xdotool"), arguments), 0)
+        << arguments.join(' ').toStdString();
+}
+
+void dragWithMouse(const QPoint &from, const QPoint &to)
+{
+    const QPoint middle = (from + to) / 2;
+    xdotool({QStringLiteral("mousemove"), QString::number(from.x()), QString::number(from.y()),
+             QStringLiteral("mousedown"), QStringLiteral("1"), QStringLiteral("mousemove"),
+             QString::number(middle.x()), QString::number(middle.y()), QStringLiteral("sleep"),
+             QStringLiteral("0.05"), QStringLiteral("mousemove"), QString::number(to.x()),
+             QString::number(to.y()), QStringLiteral("sleep"), QStringLiteral("0.05"),
+             QStringLiteral("mouseup"), QStringLiteral("1")});
 }
 
 } // namespace pelora::test

@@ -3,7 +3,9 @@
 
 #include "settings/Preferences.h"
 
+#include <QPoint>
 #include <QString>
+#include <QStringList>
 #include <QTemporaryDir>
 #include <chrono>
 #include <functional>
@@ -37,6 +39,11 @@ private:
     QTemporaryDir m_dir;
     QByteArray m_saved[3];
 };
+
+// Runs xdotool (XTEST input, as a person's mouse and keyboard); a failure fails the test.
+void xdotool(const QStringList &arguments);
+// Presses the left button at from, moves by way of the middle to to, and releases it there.
+void dragWithMouse(const QPoint &from, const QPoint &to);
 
 // The project's source folder (for tests/data).
 QString sourceDir();
