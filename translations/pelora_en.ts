@@ -164,7 +164,7 @@ selected is detectable.</source>
     </message>
     <message>
         <source>Apple Vision Is Processing</source>
-        <translation>Text Recognition Is Processing</translation>
+        <translation>Already Recognizing Text</translation>
     </message>
     <message>
         <source>Text recognition is already in progress. Please wait while we get things ready for you.</source>

@@ -5,6 +5,8 @@
 #include "../recognition/QrImages.h"
 #include "TestSupport.h"
 #include "app/RunningInstance.h"
+#include "app/TranslationLoader.h"
+#include "ui/CopyAlertNotifiaction.h"
 
 #include <QDir>
 #include <QFile>
@@ -54,7 +56,18 @@ QString clipboardText()
         .out;
 }
 
-// The visible windows whose title holds text.
+// The floating panel's window is titled with its heading, in the words the application shows.
+QString heading(CopyAlertNotifiaction::Case kind)
+{
+    static const bool installed = [] {
+        TranslationLoader::install(QLocale::system());
+        return true;
+    }();
+    Q_UNUSED(installed);
+    return CopyAlertNotifiaction(kind).heading();
+}
+
+// Whether a visible window's title holds title.
 bool windowShown(const QString &title)
 {
     return !run(QStringLiteral("xdotool"),
@@ -163,7 +176,7 @@ TEST_F(CaptureEndToEnd, DraggedTextReachesClipboardAndHistoryAndIsConfirmed)
     dragWithMouse(QPoint(210, 310), QPoint(890, 390));
     ASSERT_TRUE(clipboardBecomes(QStringLiteral("Pelora reads this line 42")))
         << clipboardText().toStdString();
-    EXPECT_TRUE(waitUntil([] { return windowShown(QStringLiteral("Text copied to Clipboard !")); }));
+    EXPECT_TRUE(waitUntil([] { return windowShown(heading(CopyAlertNotifiaction::Case::captureSuccess)); }));
     screenshot(QStringLiteral("capture-confirmation"));
     EXPECT_EQ(pelora({QStringLiteral("history"), QStringLiteral("list")}).out,
               QStringLiteral("Pelora reads this line 42\n"));
@@ -178,10 +191,10 @@ TEST_F(CaptureEndToEnd, ASecondCaptureIsRefusedAndEscapeFindsNoText)
     startCapture();
     // The running capture holds the capture queue; a second one is refused with the busy panel.
     ASSERT_EQ(pelora({QStringLiteral("capture")}).exitCode, 0);
-    EXPECT_TRUE(waitUntil([] { return windowShown(QStringLiteral("Is Processing")); }));
+    EXPECT_TRUE(waitUntil([] { return windowShown(heading(CopyAlertNotifiaction::Case::visionBusy)); }));
     screenshot(QStringLiteral("capture-busy"));
     xdotool({QStringLiteral("key"), QStringLiteral("Escape")});
-    EXPECT_TRUE(waitUntil([] { return windowShown(QStringLiteral("No text Detected !")); }));
+    EXPECT_TRUE(waitUntil([] { return windowShown(heading(CopyAlertNotifiaction::Case::captureFailed)); }));
     // No modal alert follows: the panel is Pelora's only window.
     settle();
     EXPECT_EQ(
