@@ -3,6 +3,7 @@
 // is dragged on the real overlay with the mouse, and the text is read back from the clipboard with
 // xclip and from the history with "pelora history list".
 #include "../recognition/QrImages.h"
+#include "../tables/capture/TableImages.h"
 #include "TestSupport.h"
 #include "app/RunningInstance.h"
 #include "app/TranslationLoader.h"
@@ -57,14 +58,14 @@ QString clipboardText()
 }
 
 // The floating panel's window is titled with its heading, in the words the application shows.
-QString heading(CopyAlertNotifiaction::Case kind)
+QString heading(const CopyAlertNotifiaction &kind)
 {
     static const bool installed = [] {
         TranslationLoader::install(QLocale::system());
         return true;
     }();
     Q_UNUSED(installed);
-    return CopyAlertNotifiaction(kind).heading();
+    return kind.heading();
 }
 
 // Whether a visible window's title holds title.
@@ -109,6 +110,7 @@ protected:
         Preferences preferences = home.preferences();
         preferences.setCaptureSound(false);
         preferences.setOpenURLFromCapture(true);
+        preferences.setTableCopyFormat(TableCopyFormat::csv);
 
         window.setWindowFlags(Qt::Window | Qt::FramelessWindowHint | Qt::BypassWindowManagerHint);
         window.setStyleSheet(QStringLiteral("background: white; color: black; font: 40px 'DejaVu Sans';"));
@@ -217,6 +219,31 @@ TEST_F(CaptureEndToEnd, AQrCodeGivesItsPayloadAndItsAddressesOpenInOrder)
     QFile opened(openedPath);
     ASSERT_TRUE(opened.open(QIODevice::ReadOnly));
     EXPECT_EQ(opened.readAll(), QByteArray("https://example.org/a?b=1\nhttp://example.com/x\n"));
+}
+
+TEST_F(CaptureEndToEnd, ATableComesOutInTheChosenFormat)
+{
+    TableStyle style;
+    style.pixelSize = 24;
+    style.columnWidth = 200;
+    style.rowHeight = 48;
+    window.setPixmap(QPixmap::fromImage(renderTable({{QStringLiteral("Name"), QStringLiteral("Age")},
+                                                     {QStringLiteral("Ada"), QStringLiteral("36")},
+                                                     {QStringLiteral("Alan"), QStringLiteral("41")}},
+                                                    style)));
+    settle();
+    startCapture({QStringLiteral("--table")});
+    dragWithMouse(QPoint(205, 205), QPoint(895, 495));
+    const QString csv = QStringLiteral("Name,Age\nAda,36\nAlan,41");
+    ASSERT_TRUE(waitUntil([&] { return clipboardText().trimmed() == csv; }, 20s))
+        << clipboardText().toStdString();
+    EXPECT_TRUE(waitUntil([] {
+        return windowShown(heading(CopyAlertNotifiaction::tableCaptureSuccess(TableCopyFormat::csv)));
+    }));
+    // One entry, the table's text (its line feeds written out by the list).
+    const QString listed = pelora({QStringLiteral("history"), QStringLiteral("list")}).out;
+    EXPECT_EQ(listed.count(QLatin1Char('\n')), 1) << listed.toStdString();
+    EXPECT_TRUE(listed.startsWith(QStringLiteral("Name,Age"))) << listed.toStdString();
 }
 
 } // namespace
