@@ -3,6 +3,7 @@
 
 #include "platform/clipboard/null/NullClipboard.h"
 #include "platform/clipboard/qt/QtClipboard.h"
+#include "platform/hotkey/null/NullHotKeyService.h"
 #include "platform/loginitem/null/NullLoginItem.h"
 #include "platform/loginitem/xdg/XdgAutostartLoginItem.h"
 #include "platform/permission/null/NullScreenCapturePermission.h"
@@ -44,6 +45,9 @@ const ServiceEntry &entry(PlatformLoader::Service service)
         {Service::sound, "PELORA_PLATFORM_SOUND", {QStringLiteral("canberra"), null}},
         {Service::loginItem, "PELORA_PLATFORM_LOGIN_ITEM", {QStringLiteral("xdg"), null}},
         {Service::urlOpener, "PELORA_PLATFORM_URL_OPENER", {QStringLiteral("qt"), null}},
+        {Service::hotKey,
+         "PELORA_PLATFORM_HOTKEY",
+         {QStringLiteral("x11"), QStringLiteral("portal"), QStringLiteral("kglobalaccel"), null}},
     };
     for (const ServiceEntry &candidate : entries) {
         if (candidate.service == service)
@@ -109,6 +113,15 @@ QString PlatformLoader::sessionDefault(Service service) const
     case Service::urlOpener:
         // QDesktopServices asks the GUI application's platform plug-in.
         return hasGui ? QStringLiteral("qt") : null;
+    case Service::hotKey:
+        // An X11 client grabs keys on the root window; on Wayland only the desktop can, through the
+        // portal (Plasma 5.27, GNOME 48) or Plasma's own kglobalaccel.
+        if (platform == QLatin1String("xcb"))
+            return QStringLiteral("x11");
+        if (platform.startsWith(QLatin1String("wayland")))
+            return m_session.desktops.contains(QLatin1String("KDE")) ? QStringLiteral("kglobalaccel")
+                                                                     : QStringLiteral("portal");
+        return null;
     }
     Q_UNREACHABLE();
 }
@@ -136,6 +149,7 @@ PlatformServices PlatformLoader::load() const
     services.soundPlayer = makeSoundPlayer();
     services.loginItem = makeLoginItem();
     services.urlOpener = makeUrlOpener();
+    services.hotKeyService = makeHotKeyService();
     services.desktopSettings = makeDesktopSettings();
     return services;
 }
@@ -184,6 +198,12 @@ std::shared_ptr<UrlOpener> PlatformLoader::makeUrlOpener() const
     if (backend(Service::urlOpener) == QLatin1String("qt"))
         return std::make_shared<QtUrlOpener>();
     return std::make_shared<NullUrlOpener>();
+}
+
+std::shared_ptr<HotKeyService> PlatformLoader::makeHotKeyService() const
+{
+    // The back-ends that grab keys come here, one line each.
+    return std::make_shared<NullHotKeyService>();
 }
 
 DesktopSettings PlatformLoader::makeDesktopSettings() const

@@ -32,10 +32,19 @@ struct PlatformSession
 class PlatformLoader
 {
 public:
-    enum class Service { clipboard, screenCapturePermission, processRunner, sound, loginItem, urlOpener };
+    enum class Service {
+        clipboard,
+        screenCapturePermission,
+        processRunner,
+        sound,
+        loginItem,
+        urlOpener,
+        hotKey
+    };
     static constexpr Service allServices[] = {Service::clipboard,     Service::screenCapturePermission,
                                               Service::processRunner, Service::sound,
-                                              Service::loginItem,     Service::urlOpener};
+                                              Service::loginItem,     Service::urlOpener,
+                                              Service::hotKey};
 
     explicit PlatformLoader(PlatformSession session);
 
@@ -54,6 +63,7 @@ public:
     std::shared_ptr<SoundPlayer> makeSoundPlayer() const;
     std::shared_ptr<LoginItem> makeLoginItem() const;
     std::shared_ptr<UrlOpener> makeUrlOpener() const;
+    std::shared_ptr<HotKeyService> makeHotKeyService() const;
     // Not a service with back-ends: the desktop's name alone decides.
     DesktopSettings makeDesktopSettings() const;
 

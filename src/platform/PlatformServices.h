@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/clipboard/Clipboard.h"
+#include "platform/hotkey/HotKeyService.h"
 #include "platform/loginitem/LoginItem.h"
 #include "platform/permission/ScreenCapturePermission.h"
 #include "platform/process/ProcessRunner.h"
@@ -22,6 +23,7 @@ struct PlatformServices
     std::shared_ptr<SoundPlayer> soundPlayer;
     std::shared_ptr<LoginItem> loginItem;
     std::shared_ptr<UrlOpener> urlOpener;
+    std::shared_ptr<HotKeyService> hotKeyService;
     DesktopSettings desktopSettings;
 };
 

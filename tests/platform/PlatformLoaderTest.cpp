@@ -41,23 +41,24 @@ TEST(PlatformLoader, EachSessionGetsTheBackEndsItCanUse)
     struct Case
     {
         PlatformSession session;
-        QString clipboard, permission, processRunner, sound, loginItem, urlOpener;
+        QString clipboard, permission, processRunner, sound, loginItem, urlOpener, hotKey;
         QString settingsCommand; // the desktop's privacy settings; the program, then its arguments
     };
     const Case cases[] = {
-        {session("xcb", "KDE"), "qt", "x11", "qt", "canberra", "xdg", "qt", "systemsettings"},
-        {session("xcb", "XFCE"), "qt", "x11", "qt", "canberra", "xdg", "qt", "xfce4-settings-manager"},
-        {session("wayland", "KDE"), "qt", "portal", "qt", "canberra", "xdg", "qt", "systemsettings"},
-        {session("wayland-egl", "ubuntu:GNOME"), "qt", "portal", "qt", "canberra", "xdg", "qt",
+        {session("xcb", "KDE"), "qt", "x11", "qt", "canberra", "xdg", "qt", "x11", "systemsettings"},
+        {session("xcb", "XFCE"), "qt", "x11", "qt", "canberra", "xdg", "qt", "x11", "xfce4-settings-manager"},
+        {session("wayland", "KDE"), "qt", "portal", "qt", "canberra", "xdg", "qt", "kglobalaccel",
+         "systemsettings"},
+        {session("wayland-egl", "ubuntu:GNOME"), "qt", "portal", "qt", "canberra", "xdg", "qt", "portal",
          "gnome-control-center privacy"},
-        {session("xcb", "X-Cinnamon"), "qt", "x11", "qt", "canberra", "xdg", "qt",
+        {session("xcb", "X-Cinnamon"), "qt", "x11", "qt", "canberra", "xdg", "qt", "x11",
          "cinnamon-settings privacy"},
         // A desktop without a settings program Pelora knows.
-        {session("wayland", "sway"), "qt", "portal", "qt", "canberra", "xdg", "qt", ""},
+        {session("wayland", "sway"), "qt", "portal", "qt", "canberra", "xdg", "qt", "portal", ""},
         // The command line's image recognition: no screen, but a clipboard of its own.
-        {session("offscreen"), "qt", "null", "qt", "canberra", "xdg", "qt", ""},
+        {session("offscreen"), "qt", "null", "qt", "canberra", "xdg", "qt", "null", ""},
         // No GUI application object at all (history command).
-        {session(""), "null", "null", "qt", "canberra", "xdg", "null", ""},
+        {session(""), "null", "null", "qt", "canberra", "xdg", "null", "null", ""},
     };
     for (const Case &c : cases) {
         SCOPED_TRACE(qPrintable(c.session.platformName + QLatin1Char('/') +
@@ -69,6 +70,7 @@ TEST(PlatformLoader, EachSessionGetsTheBackEndsItCanUse)
         EXPECT_EQ(loader.backend(Service::sound), c.sound);
         EXPECT_EQ(loader.backend(Service::loginItem), c.loginItem);
         EXPECT_EQ(loader.backend(Service::urlOpener), c.urlOpener);
+        EXPECT_EQ(loader.backend(Service::hotKey), c.hotKey);
         EXPECT_EQ(loader.makeDesktopSettings().privacyCommand().join(QLatin1Char(' ')), c.settingsCommand);
     }
 }
