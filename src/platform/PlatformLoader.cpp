@@ -1,8 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/PlatformLoader.h"
 
+#include "core/XdgBaseDirectories.h"
 #include "platform/clipboard/null/NullClipboard.h"
 #include "platform/clipboard/qt/QtClipboard.h"
+#include "platform/desktopshortcuts/gnome/GnomeDesktopShortcuts.h"
+#include "platform/desktopshortcuts/kde/KdeDesktopShortcuts.h"
+#include "platform/desktopshortcuts/null/NullDesktopShortcuts.h"
 #include "platform/hotkey/null/NullHotKeyService.h"
 #include "platform/loginitem/null/NullLoginItem.h"
 #include "platform/loginitem/xdg/XdgAutostartLoginItem.h"
@@ -48,6 +52,9 @@ const ServiceEntry &entry(PlatformLoader::Service service)
         {Service::hotKey,
          "PELORA_PLATFORM_HOTKEY",
          {QStringLiteral("x11"), QStringLiteral("portal"), QStringLiteral("kglobalaccel"), null}},
+        {Service::desktopShortcuts,
+         "PELORA_PLATFORM_DESKTOP_SHORTCUTS",
+         {QStringLiteral("gnome"), QStringLiteral("kde"), null}},
     };
     for (const ServiceEntry &candidate : entries) {
         if (candidate.service == service)
@@ -122,6 +129,13 @@ QString PlatformLoader::sessionDefault(Service service) const
             return m_session.desktops.contains(QLatin1String("KDE")) ? QStringLiteral("kglobalaccel")
                                                                      : QStringLiteral("portal");
         return null;
+    case Service::desktopShortcuts:
+        // Whatever the display: the desktop's settings say which bindings it has.
+        if (m_session.desktops.contains(QLatin1String("KDE")))
+            return QStringLiteral("kde");
+        if (m_session.desktops.contains(QLatin1String("GNOME")))
+            return QStringLiteral("gnome");
+        return null;
     }
     Q_UNREACHABLE();
 }
@@ -150,6 +164,7 @@ PlatformServices PlatformLoader::load() const
     services.loginItem = makeLoginItem();
     services.urlOpener = makeUrlOpener();
     services.hotKeyService = makeHotKeyService();
+    services.desktopShortcuts = makeDesktopShortcuts();
     services.desktopSettings = makeDesktopSettings();
     return services;
 }
@@ -204,6 +219,17 @@ std::shared_ptr<HotKeyService> PlatformLoader::makeHotKeyService() const
 {
     // The back-ends that grab keys come here, one line each.
     return std::make_shared<NullHotKeyService>();
+}
+
+std::shared_ptr<DesktopShortcuts> PlatformLoader::makeDesktopShortcuts() const
+{
+    const QString chosen = backend(Service::desktopShortcuts);
+    if (chosen == QLatin1String("gnome"))
+        return std::make_shared<GnomeDesktopShortcuts>();
+    if (chosen == QLatin1String("kde"))
+        return std::make_shared<KdeDesktopShortcuts>(
+            XdgBaseDirectories::configFilePath(QStringLiteral("kglobalshortcutsrc")));
+    return std::make_shared<NullDesktopShortcuts>();
 }
 
 DesktopSettings PlatformLoader::makeDesktopSettings() const

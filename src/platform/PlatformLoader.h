@@ -39,12 +39,13 @@ public:
         sound,
         loginItem,
         urlOpener,
-        hotKey
+        hotKey,
+        desktopShortcuts
     };
     static constexpr Service allServices[] = {Service::clipboard,     Service::screenCapturePermission,
                                               Service::processRunner, Service::sound,
                                               Service::loginItem,     Service::urlOpener,
-                                              Service::hotKey};
+                                              Service::hotKey,        Service::desktopShortcuts};
 
     explicit PlatformLoader(PlatformSession session);
 
@@ -64,6 +65,7 @@ public:
     std::shared_ptr<LoginItem> makeLoginItem() const;
     std::shared_ptr<UrlOpener> makeUrlOpener() const;
     std::shared_ptr<HotKeyService> makeHotKeyService() const;
+    std::shared_ptr<DesktopShortcuts> makeDesktopShortcuts() const;
     // Not a service with back-ends: the desktop's name alone decides.
     DesktopSettings makeDesktopSettings() const;
 

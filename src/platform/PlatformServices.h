@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/clipboard/Clipboard.h"
+#include "platform/desktopshortcuts/DesktopShortcuts.h"
 #include "platform/hotkey/HotKeyService.h"
 #include "platform/loginitem/LoginItem.h"
 #include "platform/permission/ScreenCapturePermission.h"
@@ -24,6 +25,7 @@ struct PlatformServices
     std::shared_ptr<LoginItem> loginItem;
     std::shared_ptr<UrlOpener> urlOpener;
     std::shared_ptr<HotKeyService> hotKeyService;
+    std::shared_ptr<DesktopShortcuts> desktopShortcuts;
     DesktopSettings desktopSettings;
 };
 

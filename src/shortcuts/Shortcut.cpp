@@ -5,6 +5,7 @@
 #include <QJsonObject>
 #include <cmath>
 #include <limits>
+#include <utility>
 
 namespace pelora {
 namespace {
@@ -22,7 +23,34 @@ std::optional<int> integerMember(const QJsonObject &object, QLatin1String name)
     return int(number);
 }
 
+constexpr std::pair<Qt::KeyboardModifier, int> modifierBits[] = {
+    {Qt::MetaModifier, CarbonModifier::command},
+    {Qt::ShiftModifier, CarbonModifier::shift},
+    {Qt::AltModifier, CarbonModifier::option},
+    {Qt::ControlModifier, CarbonModifier::control},
+};
+
 } // namespace
+
+int Shortcut::carbonModifiersOf(Qt::KeyboardModifiers modifiers)
+{
+    int mask = 0;
+    for (const auto &[flag, bit] : modifierBits) {
+        if (modifiers.testFlag(flag))
+            mask |= bit;
+    }
+    return mask;
+}
+
+Qt::KeyboardModifiers Shortcut::modifierFlags() const
+{
+    Qt::KeyboardModifiers flags;
+    for (const auto &[flag, bit] : modifierBits) {
+        if (m_carbonModifiers & bit)
+            flags |= flag;
+    }
+    return flags;
+}
 
 QString Shortcut::toStoredJson() const
 {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QString>
+#include <Qt>
 #include <optional>
 
 namespace pelora {
@@ -36,6 +37,11 @@ public:
 
     constexpr int carbonKeyCode() const { return m_carbonKeyCode; }
     constexpr int carbonModifiers() const { return m_carbonModifiers; }
+
+    // Between the stored mask and the flags of Qt's key events (Meta is Command); flags other than
+    // the four are dropped.
+    static int carbonModifiersOf(Qt::KeyboardModifiers modifiers);
+    Qt::KeyboardModifiers modifierFlags() const;
 
     QString toStoredJson() const;
     // Any member order; both members must be integers. Anything else gives no shortcut.

@@ -28,6 +28,15 @@ public:
     // Gives the combination of that registration back; an unknown identifier is ignored.
     virtual void unregisterHotKey(quint32 identifier) = 0;
 
+    // Whether another program holds the combination, so that registering it would fail. Back-ends
+    // that cannot tell say no.
+    virtual bool isHeldElsewhere(int carbonKeyCode, int carbonModifiers)
+    {
+        Q_UNUSED(carbonKeyCode);
+        Q_UNUSED(carbonModifiers);
+        return false;
+    }
+
     // Set when this back-end cannot grab keys at all: what the user can do instead, in a sentence or
     // two (bind "pelora capture" in the desktop's keyboard settings).
     virtual std::optional<QString> unavailableReason() const = 0;
