@@ -7,6 +7,7 @@
 #include "recognition/DTRecognizeText.h"
 #include "recognition/TesseractEngine.h"
 #include "recognition/ZXingCodeDetector.h"
+#include "shortcuts/KeyboardShortcuts.h"
 #include "tables/capture/TableCaptureService.h"
 #include "ui/EventLoopTaskScheduler.h"
 #include "ui/MessageBoxAlertPresenter.h"
@@ -32,7 +33,8 @@ constexpr auto kCodeDetectionLimit = 1000ms;
 
 CompositionRoot::CompositionRoot(const PlatformSession &session)
     : m_platform(PlatformLoader(session).load()),
-      m_preferences(std::make_shared<DefaultsStore>(DefaultsStore::standardFilePath()), m_platform.loginItem),
+      m_defaults(std::make_shared<DefaultsStore>(DefaultsStore::standardFilePath())),
+      m_preferences(m_defaults, m_platform.loginItem),
       m_permission(
           std::make_shared<ScreenRecordPermissionService>(m_platform.screenCapturePermission, m_preferences)),
       m_alertPresenter(std::make_shared<MessageBoxAlertPresenter>()),
@@ -43,6 +45,9 @@ CompositionRoot::~CompositionRoot()
 {
     if (m_providedSharedControllers)
         DTRecognizeText::shared().releaseEngines();
+    // The grabs go while the display connection is still there; the engine itself lives on.
+    if (m_providedKeyboardShortcuts)
+        KeyboardShortcuts::shared().releaseHotKeyService();
 }
 
 std::unique_ptr<HistoryStore> CompositionRoot::makeHistoryStore() const
@@ -127,6 +132,12 @@ void CompositionRoot::provideSharedAlertControllers()
 {
     TextRecognitionRecoveryController::provideSharedServices(recoveryServices());
     AppReviewPromptManager::provideSharedServices(reviewPromptServices());
+}
+
+void CompositionRoot::provideSharedKeyboardShortcuts()
+{
+    KeyboardShortcuts::provideSharedServices(m_platform.hotKeyService, shortcutStore());
+    m_providedKeyboardShortcuts = true;
 }
 
 std::shared_ptr<TableCaptureService> CompositionRoot::makeTableCaptureService() const

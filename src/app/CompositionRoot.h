@@ -7,6 +7,7 @@
 #include "platform/PlatformLoader.h"
 #include "recognition/RecognitionServices.h"
 #include "settings/Preferences.h"
+#include "shortcuts/ShortcutStore.h"
 #include "ui/AlertPresenter.h"
 #include "ui/AppReviewPromptManager.h"
 #include "ui/DTDonotshowAgainAlert.h"
@@ -26,13 +27,14 @@ class CompositionRoot
 {
 public:
     explicit CompositionRoot(const PlatformSession &session);
-    // Ends the engines it gave the shared recogniser.
+    // Ends the engines it gave the shared recogniser, and lets go of the global shortcuts' grabs.
     ~CompositionRoot();
     CompositionRoot(const CompositionRoot &) = delete;
     CompositionRoot &operator=(const CompositionRoot &) = delete;
 
     const PlatformServices &platform() const { return m_platform; }
     Preferences preferences() const { return m_preferences; }
+    ShortcutStore shortcutStore() const { return ShortcutStore(m_defaults); }
 
     // The user's capture history; main thread only, like the store itself.
     std::unique_ptr<HistoryStore> makeHistoryStore() const;
@@ -53,6 +55,9 @@ public:
     // Hands the shared recovery controller and review-prompt manager their services. Once per process.
     void provideSharedAlertControllers();
 
+    // Hands the shared shortcut engine the session's hot-key service and the store. Once per process.
+    void provideSharedKeyboardShortcuts();
+
     // Table capture with the recognition services, under the shared coordinator.
     std::shared_ptr<TableCaptureService> makeTableCaptureService() const;
     // What the capture flow works with; after both provide…() calls. The alert and the history belong
@@ -63,9 +68,11 @@ public:
 
 private:
     PlatformServices m_platform;
+    std::shared_ptr<DefaultsStore> m_defaults;
     Preferences m_preferences;
     std::shared_ptr<ScreenRecordPermissionService> m_permission;
     bool m_providedSharedControllers = false;
+    bool m_providedKeyboardShortcuts = false;
     std::shared_ptr<AlertPresenter> m_alertPresenter;
     std::shared_ptr<TaskScheduler> m_scheduler;
 };

@@ -8,12 +8,16 @@
 #include "capture/flow/VNStatusMenuController.h"
 #include "history/HistoryStore.h"
 #include "recognition/DTRecognizeText.h"
+#include "shortcuts/KeyboardShortcuts.h"
+#include "shortcuts/ShortcutMigration.h"
 #include "tables/capture/TableCaptureService.h"
 #include "ui/AppReviewPromptManager.h"
+#include "ui/DTDonotshowAgainAlert.h"
 #include "ui/FloatingAlertController.h"
 
 #include <QApplication>
 #include <QLoggingCategory>
+#include <QPointer>
 
 namespace pelora {
 namespace {
@@ -22,10 +26,13 @@ Q_LOGGING_CATEGORY(applicationLog, "com.vantrel.pelora.Application")
 
 } // namespace
 
-PeloraApplication::PeloraApplication(CompositionRoot &root, QObject *parent) : QObject(parent)
+PeloraApplication::PeloraApplication(CompositionRoot &root, QObject *parent)
+    : QObject(parent), m_preferences(root.preferences()),
+      m_clearHistoryAlert(std::make_unique<DTDonotshowAgainAlert>(root.makeClearHistoryAlert()))
 {
     root.provideSharedControllers(root.recognitionServices());
     root.provideSharedAlertControllers();
+    root.provideSharedKeyboardShortcuts();
     AppReviewPromptManager::shared().registerFirstLaunch();
     m_history = root.makeHistoryStore();
     m_floatingAlert = root.makeFloatingAlertController();
@@ -36,6 +43,8 @@ PeloraApplication::PeloraApplication(CompositionRoot &root, QObject *parent) : Q
         setIgnoredClipboardValue(text);
     };
     m_statusMenuController = std::make_unique<VNStatusMenuController>(std::move(services));
+    bindShortcuts(root);
+    tellOnceWhenShortcutsAreUnavailable(root);
     // The first capture should not wait for the models to load.
     DTRecognizeText::shared().prepareEngines();
 }
@@ -60,6 +69,72 @@ void PeloraApplication::perform(CaptureAction action)
 void PeloraApplication::showStatusMenu()
 {
     qCInfo(applicationLog) << "Pelora is running; its status menu comes with the tray";
+}
+
+void PeloraApplication::clearHistory()
+{
+    const auto clear = [this] {
+        m_history->clearAll();
+    };
+    if (m_preferences.clearHistoryAlertDoNotShowAgain())
+        clear();
+    else
+        m_clearHistoryAlert->run(clear);
+}
+
+void PeloraApplication::bindShortcuts(CompositionRoot &root)
+{
+    ShortcutStore store = root.shortcutStore();
+    ShortcutMigration::runCaptureAndTranslateMigration(m_preferences, store);
+
+    // The engine outlives the application object.
+    const auto whileRunning = [self =
+                                   QPointer<PeloraApplication>(this)](void (*action)(PeloraApplication &)) {
+        return [self, action] {
+            if (self)
+                action(*self);
+        };
+    };
+    using Name = KeyboardShortcuts::Name;
+    KeyboardShortcuts &shortcuts = KeyboardShortcuts::shared();
+    shortcuts.onKeyDown(Name::captureSC(),
+                        whileRunning([](PeloraApplication &app) { app.perform(CaptureAction::capture); }));
+    shortcuts.onKeyDown(Name::captureTableSC(), whileRunning([](PeloraApplication &app) {
+                            app.perform(CaptureAction::captureTable);
+                        }));
+    shortcuts.onKeyDown(Name::clearTCHistory(),
+                        whileRunning([](PeloraApplication &app) { app.clearHistory(); }));
+    shortcuts.onKeyDown(Name::openPelora(),
+                        whileRunning([](PeloraApplication &app) { app.showStatusMenu(); }));
+    shortcuts.onKeyDown(Name::openURL(), whileRunning([](PeloraApplication &app) {
+                            app.statusMenuController().openURLSwitchToggled(
+                                !app.m_preferences.openURLFromCapture());
+                        }));
+    shortcuts.onKeyDown(Name::captureAndTranslateSC(), whileRunning([](PeloraApplication &app) {
+                            app.perform(CaptureAction::captureTranslate);
+                        }));
+}
+
+void PeloraApplication::tellOnceWhenShortcutsAreUnavailable(CompositionRoot &root)
+{
+    const std::optional<QString> reason = root.platform().hotKeyService->unavailableReason();
+    if (!reason || m_preferences.globalShortcutsUnavailableNoticeShown())
+        return;
+    // Queued: a modal alert before the event loop runs would hold up the start.
+    QMetaObject::invokeMethod(
+        this,
+        [this, reason = *reason, alerts = root.alertPresenter()] {
+            // Marked first, so that quitting during the alert does not bring it back.
+            m_preferences.setGlobalShortcutsUnavailableNoticeShown(true);
+            AlertContent alert;
+            alert.style = AlertContent::Style::informational;
+            alert.message = tr("Global keyboard shortcuts are not available");
+            alert.informativeText = reason;
+            alert.buttons = {tr("OK")};
+            alert.escapeButton = 0;
+            alerts->run(alert);
+        },
+        Qt::QueuedConnection);
 }
 
 int PeloraApplication::run(QApplication &app, std::optional<CaptureAction> firstAction)

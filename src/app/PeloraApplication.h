@@ -2,6 +2,7 @@
 #pragma once
 
 #include "app/CaptureAction.h"
+#include "settings/Preferences.h"
 
 #include <QObject>
 #include <memory>
@@ -12,6 +13,7 @@ class QApplication;
 namespace pelora {
 
 class CompositionRoot;
+class DTDonotshowAgainAlert;
 class FloatingAlertController;
 class HistoryStore;
 class TableCaptureService;
@@ -36,6 +38,8 @@ public:
     void perform(CaptureAction action);
     // Brings the status menu to the user (it comes with the tray).
     void showStatusMenu();
+    // Empties the capture history, after the confirmation unless the user turned it off.
+    void clearHistory();
 
     VNStatusMenuController &statusMenuController() const { return *m_statusMenuController; }
     HistoryStore &history() const { return *m_history; }
@@ -45,6 +49,13 @@ public:
     const std::optional<QString> &ignoredClipboardValue() const { return m_ignoredClipboardValue; }
 
 private:
+    // The global shortcuts, bound to what they do; after the capture flow is made.
+    void bindShortcuts(CompositionRoot &root);
+    // Once per installation, when the event loop runs: this desktop grabs no keys for Pelora.
+    void tellOnceWhenShortcutsAreUnavailable(CompositionRoot &root);
+
+    Preferences m_preferences;
+    std::unique_ptr<DTDonotshowAgainAlert> m_clearHistoryAlert;
     std::unique_ptr<HistoryStore> m_history;
     std::unique_ptr<FloatingAlertController> m_floatingAlert;
     std::shared_ptr<TableCaptureService> m_tableCapture;

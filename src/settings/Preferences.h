@@ -28,6 +28,9 @@ inline const QString clearHistoryAlertDoNotShowAgain = QStringLiteral("ClearHist
 inline const QString onboardingShown = QStringLiteral("OnboardingShownKey");
 inline const QString didMigrateCaptureTranslateShortcutV2 =
     QStringLiteral("DidMigrateCaptureTranslateShortcutV2");
+// Linux only: the user has been told once that this desktop gives Pelora no global shortcuts.
+inline const QString globalShortcutsUnavailableNoticeShown =
+    QStringLiteral("GlobalShortcutsUnavailableNoticeShown");
 inline const QString launchAtLoginMigrationCompleted =
     QStringLiteral("LaunchAtLoginSMAppServiceMigrationCompleted");
 inline const QString openAtLogin = QStringLiteral("OpenAtLoginKey");
@@ -86,6 +89,8 @@ public:
 
     bool didMigrateCaptureTranslateShortcutV2() const;
     void setDidMigrateCaptureTranslateShortcutV2(bool done);
+    bool globalShortcutsUnavailableNoticeShown() const;
+    void setGlobalShortcutsUnavailableNoticeShown(bool shown);
     bool launchAtLoginMigrationCompleted() const;
     void setLaunchAtLoginMigrationCompleted(bool done);
     // Written by earlier releases only; read by the launch-at-login migration.

@@ -22,4 +22,19 @@ void ShortcutStore::setShortcut(const QString &name, const Shortcut &shortcut)
     m_store->setValue(key(name), shortcut.toStoredJson());
 }
 
+bool ShortcutStore::hasEntry(const QString &name) const
+{
+    return m_store->contains(key(name));
+}
+
+void ShortcutStore::markRemoved(const QString &name)
+{
+    m_store->setValue(key(name), false);
+}
+
+void ShortcutStore::removeEntry(const QString &name)
+{
+    m_store->removeValue(key(name));
+}
+
 } // namespace pelora

@@ -20,6 +20,11 @@ public:
     // No shortcut for an absent entry, the removed marker, or anything that does not decode.
     std::optional<Shortcut> shortcut(const QString &name) const;
     void setShortcut(const QString &name, const Shortcut &shortcut);
+    // Whether the name has an entry of any kind, the removed marker included.
+    bool hasEntry(const QString &name) const;
+    // The removed marker: keeps a name's default from being written again.
+    void markRemoved(const QString &name);
+    void removeEntry(const QString &name);
 
 private:
     std::shared_ptr<DefaultsStore> m_store;

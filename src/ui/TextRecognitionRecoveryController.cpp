@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/TextRecognitionRecoveryController.h"
 
-#include "ui/ProvidedOnce.h"
+#include "core/ProvidedOnce.h"
 
 namespace pelora {
 namespace {

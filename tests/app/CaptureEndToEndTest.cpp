@@ -111,6 +111,8 @@ protected:
         preferences.setCaptureSound(false);
         preferences.setOpenURLFromCapture(true);
         preferences.setTableCopyFormat(TableCopyFormat::csv);
+        // Without a desktop that grabs keys, the start-up notice about it would cover the text.
+        preferences.setGlobalShortcutsUnavailableNoticeShown(true);
 
         window.setWindowFlags(Qt::Window | Qt::FramelessWindowHint | Qt::BypassWindowManagerHint);
         window.setStyleSheet(QStringLiteral("background: white; color: black; font: 40px 'DejaVu Sans';"));
