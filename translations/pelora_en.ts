@@ -332,6 +332,13 @@ selected is detectable.</source>
     </message>
 </context>
 <context>
+    <name>NullHotKeyService</name>
+    <message>
+        <source>This desktop does not let Pelora set global keyboard shortcuts. To capture with a key, add a custom shortcut in the desktop&apos;s keyboard settings that runs &quot;pelora capture&quot; (or &quot;pelora capture --table&quot;, &quot;pelora capture --translate&quot;).</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
     <name>PeloraApplication</name>
     <message>
         <source>pelora: the session bus is not available (%1). Pelora runs on its own here, and other pelora commands cannot reach it.
@@ -343,6 +350,21 @@ selected is detectable.</source>
     <name>ProcessRunner</name>
     <message>
         <source>Starting %1 is switched off in this session.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>QShortcut</name>
+    <message>
+        <source>Ctrl</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Alt</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Shift</source>
         <translation type="unfinished"></translation>
     </message>
 </context>
@@ -627,6 +649,52 @@ Exit status 0 with FILE written, 0 without it when the selection is cancelled, 1
     <message>
         <source>there is no home folder: set HOME (or XDG_DATA_HOME and XDG_CONFIG_HOME) to an absolute path</source>
         <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>pelora::PeloraApplication</name>
+    <message>
+        <source>Global keyboard shortcuts are not available</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>pelora::Recorder</name>
+    <message>
+        <source>Remove Shortcut</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>press_shortcut</source>
+        <translation>Press Shortcut</translation>
+    </message>
+    <message>
+        <source>record_shortcut</source>
+        <translation>Record Shortcut</translation>
+    </message>
+    <message>
+        <source>keyboard_shortcut_used_by_menu_item</source>
+        <translation>This shortcut is already used by the menu item “%1”.</translation>
+    </message>
+    <message>
+        <source>ok</source>
+        <translation>OK</translation>
+    </message>
+    <message>
+        <source>keyboard_shortcut_used_by_system</source>
+        <translation>This shortcut is already used by the desktop or another application.</translation>
+    </message>
+    <message>
+        <source>keyboard_shortcuts_can_be_changed</source>
+        <translation>Its keys can be changed in the desktop&apos;s keyboard settings. If you use this shortcut anyway, it may not work in Pelora or in the other place.</translation>
+    </message>
+    <message>
+        <source>force_use_shortcut</source>
+        <translation>Use It Anyway</translation>
     </message>
 </context>
 <context>

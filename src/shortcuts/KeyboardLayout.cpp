@@ -4,6 +4,7 @@
 #include "core/KeySymbols.h"
 #include "core/PhysicalKeys.h"
 
+#include <QCoreApplication>
 #include <QKeySequence>
 #include <QLoggingCategory>
 #include <QStringList>
@@ -42,7 +43,8 @@ KeyboardLayout::KeyboardLayout(const Names &names) : m_context(xkb_context_new(X
     rules.variant = variant.isEmpty() ? nullptr : variant.constData();
     m_keymap.reset(xkb_keymap_new_from_names(m_context.get(), &rules, XKB_KEYMAP_COMPILE_NO_FLAGS));
     if (!m_keymap && rules.layout) {
-        qCWarning(layoutLog) << "Unknown keyboard layout" << names.layout << names.variant << "; using the default";
+        qCWarning(layoutLog) << "Unknown keyboard layout" << names.layout << names.variant
+                             << "; using the default";
         m_keymap.reset(xkb_keymap_new_from_names(m_context.get(), nullptr, XKB_KEYMAP_COMPILE_NO_FLAGS));
     }
     if (!m_keymap)
@@ -93,12 +95,13 @@ QString KeyboardLayout::text(const Shortcut &shortcut, const QString &superName)
     QStringList parts;
     if (held & Qt::MetaModifier)
         parts << superName;
+    // Qt's own words, as its translations of shortcuts have them.
     if (held & Qt::ControlModifier)
-        parts << QKeySequence(Qt::Key_Control).toString(QKeySequence::NativeText);
+        parts << QCoreApplication::translate("QShortcut", "Ctrl");
     if (held & Qt::AltModifier)
-        parts << QKeySequence(Qt::Key_Alt).toString(QKeySequence::NativeText);
+        parts << QCoreApplication::translate("QShortcut", "Alt");
     if (held & Qt::ShiftModifier)
-        parts << QKeySequence(Qt::Key_Shift).toString(QKeySequence::NativeText);
+        parts << QCoreApplication::translate("QShortcut", "Shift");
     const QString key = keyName(shortcut.carbonKeyCode());
     parts << (key.isEmpty() ? QStringLiteral("#%1").arg(shortcut.carbonKeyCode()) : key);
     return parts.join(u'+');

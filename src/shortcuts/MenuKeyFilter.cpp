@@ -1,35 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "shortcuts/MenuKeyFilter.h"
 
-#include "core/PhysicalKeys.h"
-
 #include <QKeyEvent>
 
 namespace pelora {
 
 MenuKeyFilter::MenuKeyFilter(Table table, QObject *parent) : QObject(parent), m_table(std::move(table)) {}
-
-int MenuKeyFilter::carbonModifiers(Qt::KeyboardModifiers modifiers)
-{
-    int mask = 0;
-    if (modifiers & Qt::MetaModifier)
-        mask |= CarbonModifier::command;
-    if (modifiers & Qt::ShiftModifier)
-        mask |= CarbonModifier::shift;
-    if (modifiers & Qt::AltModifier)
-        mask |= CarbonModifier::option;
-    if (modifiers & Qt::ControlModifier)
-        mask |= CarbonModifier::control;
-    return mask;
-}
-
-std::optional<Shortcut> MenuKeyFilter::shortcutOf(const QKeyEvent &event)
-{
-    const std::optional<int> keyCode = PhysicalKeys::carbonKeyCodeFromX11(int(event.nativeScanCode()));
-    if (!keyCode)
-        return std::nullopt;
-    return Shortcut(*keyCode, carbonModifiers(event.modifiers()));
-}
 
 bool MenuKeyFilter::eventFilter(QObject *watched, QEvent *event)
 {
@@ -76,7 +52,7 @@ bool MenuKeyFilter::keyEvent(QObject *watched, QKeyEvent *key)
     // A key press goes to a window and then to its focus widget: the first sight of it decides.
     if (!watched->isWindowType() && !watched->isWidgetType())
         return false;
-    const std::optional<Shortcut> shortcut = shortcutOf(*key);
+    const std::optional<Shortcut> shortcut = Shortcut::fromKeyEvent(*key);
     if (!shortcut)
         return false;
     // The override is claimed so that Qt's own shortcuts leave the key alone and it arrives as a

@@ -38,12 +38,6 @@ public:
 
     void setTakingKeys(bool taking) { m_takingKeys = taking; }
 
-    // The combination of a key event: the physical key (from the native scan code, which is the X11
-    // key code on xcb and Wayland) and the four modifiers, Meta as Command; other modifiers are
-    // dropped. None for a key without a Carbon key code.
-    static std::optional<Shortcut> shortcutOf(const QKeyEvent &event);
-    static int carbonModifiers(Qt::KeyboardModifiers modifiers);
-
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 

@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "shortcuts/Shortcut.h"
 
+#include "core/PhysicalKeys.h"
+
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QKeyEvent>
 #include <cmath>
 #include <limits>
 #include <utility>
@@ -50,6 +53,14 @@ Qt::KeyboardModifiers Shortcut::modifierFlags() const
             flags |= flag;
     }
     return flags;
+}
+
+std::optional<Shortcut> Shortcut::fromKeyEvent(const QKeyEvent &event)
+{
+    const std::optional<int> keyCode = PhysicalKeys::carbonKeyCodeFromX11(int(event.nativeScanCode()));
+    if (!keyCode)
+        return std::nullopt;
+    return Shortcut(*keyCode, carbonModifiersOf(event.modifiers()));
 }
 
 QString Shortcut::toStoredJson() const

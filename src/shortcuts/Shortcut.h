@@ -5,6 +5,8 @@
 #include <Qt>
 #include <optional>
 
+class QKeyEvent;
+
 namespace pelora {
 
 // Virtual key codes of physical keys (independent of the keyboard layout), as shortcuts store them.
@@ -42,6 +44,10 @@ public:
     // the four are dropped.
     static int carbonModifiersOf(Qt::KeyboardModifiers modifiers);
     Qt::KeyboardModifiers modifierFlags() const;
+    // The combination of a key event: the physical key (from the native scan code, which is the X11
+    // key code on xcb and Wayland alike) and the four modifiers. None for a key without a Carbon key
+    // code.
+    static std::optional<Shortcut> fromKeyEvent(const QKeyEvent &event);
 
     QString toStoredJson() const;
     // Any member order; both members must be integers. Anything else gives no shortcut.

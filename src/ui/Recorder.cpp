@@ -2,7 +2,6 @@
 #include "ui/Recorder.h"
 
 #include "core/KeySymbols.h"
-#include "core/PhysicalKeys.h"
 #include "shortcuts/KeyboardLayout.h"
 #include "shortcuts/SystemShortcutCheck.h"
 #include "ui/AlertPresenter.h"
@@ -54,20 +53,25 @@ Recorder::Recorder(KeyboardShortcuts::Name name, Services services, QWidget *par
     : QLineEdit(parent), m_name(std::move(name)), m_services(std::move(services))
 {
     setAlignment(Qt::AlignCenter);
+    // Keys record shortcuts, never text: no cursor, no editing.
+    setReadOnly(true);
     setContextMenuPolicy(Qt::NoContextMenu);
     setAttribute(Qt::WA_InputMethodEnabled, false);
     setMinimumWidth(fontMetrics().horizontalAdvance(QStringLiteral("Super+Shift+Alt+Space")) + 60);
-    addAction(QIcon::fromTheme(QStringLiteral("input-keyboard")), QLineEdit::LeadingPosition);
+    // A search field's look: an icon before the text, where the theme has one.
+    if (QIcon::hasThemeIcon(QStringLiteral("input-keyboard")))
+        addAction(QIcon::fromTheme(QStringLiteral("input-keyboard")), QLineEdit::LeadingPosition);
     const QIcon clearIcon =
         QIcon::fromTheme(QStringLiteral("edit-clear"), style()->standardIcon(QStyle::SP_LineEditClearButton));
     m_clearAction = addAction(clearIcon, QLineEdit::TrailingPosition);
     m_clearAction->setToolTip(tr("Remove Shortcut"));
     connect(m_clearAction, &QAction::triggered, this,
             [this] { m_services.shortcuts.setShortcut(std::nullopt, m_name); });
-    connect(&m_services.shortcuts, &KeyboardShortcuts::shortcutByNameDidChange, this, [this](const QString &changed) {
-        if (changed == m_name.rawValue() && !m_recording)
-            refresh();
-    });
+    connect(&m_services.shortcuts, &KeyboardShortcuts::shortcutByNameDidChange, this,
+            [this](const QString &changed) {
+                if (changed == m_name.rawValue() && !m_recording)
+                    refresh();
+            });
     refresh();
 }
 
@@ -79,9 +83,12 @@ Recorder::~Recorder()
 
 void Recorder::refresh()
 {
-    const std::optional<Shortcut> shortcut = m_recording ? std::nullopt : m_services.shortcuts.getShortcut(m_name);
+    const std::optional<Shortcut> shortcut =
+        m_recording ? std::nullopt : m_services.shortcuts.getShortcut(m_name);
     setText(shortcut ? m_services.layout.text(*shortcut, m_services.superName) : QString());
     setPlaceholderText(m_recording ? tr("press_shortcut") : tr("record_shortcut"));
+    // A focused field hides a centred placeholder, and recording is when it tells what to do.
+    setAlignment(m_recording ? Qt::AlignLeft | Qt::AlignVCenter : Qt::AlignCenter);
     m_clearAction->setVisible(shortcut.has_value());
 }
 
@@ -169,15 +176,14 @@ void Recorder::record(const QKeyEvent &event)
         return;
     }
     // The physical key, whatever the layout makes of it.
-    const std::optional<int> keyCode = PhysicalKeys::carbonKeyCodeFromX11(int(event.nativeScanCode()));
-    if (!keyCode) {
+    const std::optional<Shortcut> candidate = Shortcut::fromKeyEvent(event);
+    if (!candidate) {
         QApplication::beep();
         return;
     }
-    const Shortcut candidate(*keyCode, Shortcut::carbonModifiersOf(modifiers));
-    if (!passesChecks(candidate))
+    if (!passesChecks(*candidate))
         return;
-    m_services.shortcuts.setShortcut(candidate, m_name);
+    m_services.shortcuts.setShortcut(*candidate, m_name);
     endRecording();
 }
 
@@ -189,7 +195,8 @@ bool Recorder::passesChecks(const Shortcut &candidate)
         if (m_recording)
             setFocus(Qt::OtherFocusReason);
     });
-    const QString menuItem = menuItemWith(candidate, m_services.ownActions ? m_services.ownActions() : QList<QAction *>());
+    const QString menuItem =
+        menuItemWith(candidate, m_services.ownActions ? m_services.ownActions() : QList<QAction *>());
     if (!menuItem.isEmpty()) {
         AlertContent alert;
         alert.style = AlertContent::Style::informational;

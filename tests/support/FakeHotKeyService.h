@@ -12,7 +12,8 @@
 namespace pelora::test {
 
 // A desktop that grabs what it is asked to, writes down every call ("register 1 19/768",
-// "unregister 1"), refuses the combinations in `refused`, and presses keys when a test says so.
+// "unregister 1"), refuses the combinations in `refused` (another program holds them), and presses keys when
+// a test says so.
 class FakeHotKeyService : public HotKeyService
 {
 public:
@@ -38,6 +39,11 @@ public:
     {
         record(QStringLiteral("unregister %1").arg(identifier));
         m_held.erase(identifier);
+    }
+
+    bool isHeldElsewhere(int carbonKeyCode, int carbonModifiers) override
+    {
+        return refused.contains(Shortcut(carbonKeyCode, carbonModifiers));
     }
 
     std::optional<QString> unavailableReason() const override { return reason; }

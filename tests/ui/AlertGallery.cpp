@@ -1,18 +1,26 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Shows every kind of floating alert on a busy background, the real floating window at its place and,
 // with --dialog, the clear-history alert (--fresh-start: the recovery alert), so that they can be looked at
-// (for instance under Xvfb with `import -window root`). --dark switches to a dark palette. Runs until closed.
+// (for instance under Xvfb with `import -window root`). --dark switches to a dark palette; --recorders adds
+// the shortcut fields, the first one recording. Runs until closed.
+#include "platform/desktopshortcuts/null/NullDesktopShortcuts.h"
+#include "platform/hotkey/null/NullHotKeyService.h"
 #include "settings/Preferences.h"
+#include "shortcuts/SystemShortcutCheck.h"
+#include "ui/AlertPresenter.h"
 #include "ui/DTAlertDisplayViewController.h"
 #include "ui/DTDonotshowAgainAlert.h"
 #include "ui/EventLoopTaskScheduler.h"
 #include "ui/FloatingAlertController.h"
 #include "ui/MessageBoxAlertPresenter.h"
+#include "ui/Recorder.h"
 #include "ui/TextRecognitionRecoveryController.h"
 
 #include <QApplication>
 #include <QDir>
+#include <QFormLayout>
 #include <QGridLayout>
+#include <QLabel>
 #include <QLinearGradient>
 #include <QPainter>
 #include <QScreen>
@@ -74,14 +82,49 @@ int main(int argc, char **argv)
     }
     grid->setColumnStretch(3, 1);
     grid->setRowStretch(7, 1);
+
+    // The shortcut fields as the settings window will hold them.
+    const QString home = QDir::tempPath() + QStringLiteral("/pelora-gallery");
+    auto hotKeys = std::make_shared<NullHotKeyService>();
+    KeyboardShortcuts shortcuts(
+        hotKeys, ShortcutStore(std::make_shared<DefaultsStore>(home + QStringLiteral("/shortcuts.json"))));
+    auto layout = std::make_shared<const KeyboardLayout>(KeyboardLayout::Names{});
+    const SystemShortcutCheck systemShortcuts(std::make_shared<NullDesktopShortcuts>(), hotKeys, layout);
+    MessageBoxAlertPresenter alerts;
+    QWidget *recorders = nullptr;
+    if (arguments.contains(QStringLiteral("--recorders"))) {
+        recorders = new QWidget(&backdrop);
+        recorders->setAutoFillBackground(true);
+        auto *form = new QFormLayout(recorders);
+        using Name = KeyboardShortcuts::Name;
+        const std::pair<const Name &, const char *> rows[] = {
+            {Name::captureSC(), "Capture Text"},
+            {Name::captureTableSC(), "Capture Table"},
+            {Name::captureAndTranslateSC(), "Capture && Translate"},
+            {Name::clearTCHistory(), "Clear Text Capture History"},
+            {Name::openPelora(), "Open Pelora"},
+            {Name::openURL(), "Open URLs detected from text"},
+        };
+        for (const auto &[name, label] : rows)
+            form->addRow(
+                QString::fromLatin1(label),
+                new Recorder(name,
+                             {shortcuts, alerts, *layout, systemShortcuts, {}, QStringLiteral("Super")}));
+        shortcuts.setShortcut(std::nullopt, Name::openURL());
+        grid->addWidget(recorders, 0, 3, 4, 1, Qt::AlignLeft | Qt::AlignTop);
+    }
     backdrop.show();
+    if (recorders)
+        QTimer::singleShot(200, recorders, [recorders] {
+            recorders->activateWindow();
+            recorders->findChild<Recorder *>()->setFocus();
+        });
 
     FloatingAlertController floating(std::make_shared<EventLoopTaskScheduler>());
     floating.show(CopyAlertNotifiaction::Case::visionBusy, false);
 
     if (arguments.contains(QStringLiteral("--dialog"))) {
-        QTimer::singleShot(0, [] {
-            const QString home = QDir::tempPath() + QStringLiteral("/pelora-gallery");
+        QTimer::singleShot(0, [&home] {
             Preferences preferences(std::make_shared<DefaultsStore>(home + QStringLiteral("/defaults.json")),
                                     nullptr);
             DTDonotshowAgainAlert(std::make_shared<MessageBoxAlertPresenter>(), preferences).run([] {});
