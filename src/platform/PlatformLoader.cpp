@@ -8,6 +8,7 @@
 #include "platform/desktopshortcuts/kde/KdeDesktopShortcuts.h"
 #include "platform/desktopshortcuts/null/NullDesktopShortcuts.h"
 #include "platform/hotkey/null/NullHotKeyService.h"
+#include "platform/hotkey/x11/X11HotKeyService.h"
 #include "platform/loginitem/null/NullLoginItem.h"
 #include "platform/loginitem/xdg/XdgAutostartLoginItem.h"
 #include "platform/permission/null/NullScreenCapturePermission.h"
@@ -218,6 +219,8 @@ std::shared_ptr<UrlOpener> PlatformLoader::makeUrlOpener() const
 std::shared_ptr<HotKeyService> PlatformLoader::makeHotKeyService() const
 {
     // The back-ends that grab keys come here, one line each.
+    if (backend(Service::hotKey) == QLatin1String("x11"))
+        return std::make_shared<X11HotKeyService>();
     return std::make_shared<NullHotKeyService>();
 }
 

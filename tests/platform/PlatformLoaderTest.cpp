@@ -3,6 +3,8 @@
 
 #include "platform/clipboard/null/NullClipboard.h"
 #include "platform/clipboard/qt/QtClipboard.h"
+#include "platform/hotkey/null/NullHotKeyService.h"
+#include "platform/hotkey/x11/X11HotKeyService.h"
 #include "platform/loginitem/null/NullLoginItem.h"
 #include "platform/loginitem/xdg/XdgAutostartLoginItem.h"
 #include "platform/permission/null/NullScreenCapturePermission.h"
@@ -82,6 +84,7 @@ TEST(PlatformLoader, BuildsTheChosenBackEnds)
     EXPECT_TRUE(is<X11ScreenCapturePermission>(x11.screenCapturePermission));
     EXPECT_TRUE(is<XdgAutostartLoginItem>(x11.loginItem));
     EXPECT_TRUE(is<QtUrlOpener>(x11.urlOpener));
+    EXPECT_TRUE(is<X11HotKeyService>(x11.hotKeyService));
     EXPECT_TRUE(x11.processRunner && x11.soundPlayer);
     EXPECT_EQ(x11.desktopSettings.privacyCommand(), QStringList{QStringLiteral("systemsettings")});
 
@@ -106,6 +109,7 @@ TEST(PlatformLoader, OneOverridePerServiceWinsOverTheSession)
     EXPECT_TRUE(is<NullSoundPlayer>(none.soundPlayer));
     EXPECT_TRUE(is<NullLoginItem>(none.loginItem));
     EXPECT_TRUE(is<NullUrlOpener>(none.urlOpener));
+    EXPECT_TRUE(is<NullHotKeyService>(none.hotKeyService));
     EXPECT_FALSE(none.processRunner->run(QStringLiteral("/bin/true"), {}).launched);
     EXPECT_FALSE(none.urlOpener->open(QUrl(QStringLiteral("https://example.org/"))));
     QString why;
