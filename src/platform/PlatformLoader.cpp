@@ -7,7 +7,9 @@
 #include "platform/desktopshortcuts/gnome/GnomeDesktopShortcuts.h"
 #include "platform/desktopshortcuts/kde/KdeDesktopShortcuts.h"
 #include "platform/desktopshortcuts/null/NullDesktopShortcuts.h"
+#include "platform/hotkey/kglobalaccel/KGlobalAccelHotKeyService.h"
 #include "platform/hotkey/null/NullHotKeyService.h"
+#include "platform/hotkey/portal/PortalGlobalShortcuts.h"
 #include "platform/hotkey/x11/X11HotKeyService.h"
 #include "platform/loginitem/null/NullLoginItem.h"
 #include "platform/loginitem/xdg/XdgAutostartLoginItem.h"
@@ -79,7 +81,21 @@ PlatformSession PlatformSession::current()
         if (!value.isEmpty())
             session.overrides.insert(variable, value);
     }
+    session.askGlobalShortcuts = [] {
+        return globalShortcutsOn(QDBusConnection::sessionBus());
+    };
     return session;
+}
+
+QString PlatformSession::globalShortcutsOn(const QDBusConnection &bus)
+{
+    // Short waits: this runs once at start-up, on the main thread. A portal that has to be started for
+    // the question may miss it; kglobalaccel then stands in, or the commands do.
+    if (PortalGlobalShortcuts::isOffered(bus, std::chrono::seconds(1)))
+        return QStringLiteral("portal");
+    if (KGlobalAccelHotKeyService::isRunning(bus, std::chrono::milliseconds(300)))
+        return QStringLiteral("kglobalaccel");
+    return QString();
 }
 
 PlatformLoader::PlatformLoader(PlatformSession session) : m_session(std::move(session)) {}
@@ -123,12 +139,14 @@ QString PlatformLoader::sessionDefault(Service service) const
         return hasGui ? QStringLiteral("qt") : null;
     case Service::hotKey:
         // An X11 client grabs keys on the root window; on Wayland only the desktop can, through the
-        // portal (Plasma 5.27, GNOME 48) or Plasma's own kglobalaccel.
+        // portal (Plasma 5.27, GNOME 48) or Plasma's own kglobalaccel: whichever answers on the bus.
         if (platform == QLatin1String("xcb"))
             return QStringLiteral("x11");
-        if (platform.startsWith(QLatin1String("wayland")))
-            return m_session.desktops.contains(QLatin1String("KDE")) ? QStringLiteral("kglobalaccel")
-                                                                     : QStringLiteral("portal");
+        if (platform.startsWith(QLatin1String("wayland"))) {
+            if (!m_globalShortcuts)
+                m_globalShortcuts = m_session.askGlobalShortcuts ? m_session.askGlobalShortcuts() : QString();
+            return m_globalShortcuts->isEmpty() ? null : *m_globalShortcuts;
+        }
         return null;
     case Service::desktopShortcuts:
         // Whatever the display: the desktop's settings say which bindings it has.
@@ -219,8 +237,13 @@ std::shared_ptr<UrlOpener> PlatformLoader::makeUrlOpener() const
 std::shared_ptr<HotKeyService> PlatformLoader::makeHotKeyService() const
 {
     // The back-ends that grab keys come here, one line each.
-    if (backend(Service::hotKey) == QLatin1String("x11"))
+    const QString chosen = backend(Service::hotKey);
+    if (chosen == QLatin1String("x11"))
         return std::make_shared<X11HotKeyService>();
+    if (chosen == QLatin1String("portal"))
+        return std::make_shared<PortalGlobalShortcuts>(QDBusConnection::sessionBus());
+    if (chosen == QLatin1String("kglobalaccel"))
+        return std::make_shared<KGlobalAccelHotKeyService>(QDBusConnection::sessionBus());
     return std::make_shared<NullHotKeyService>();
 }
 

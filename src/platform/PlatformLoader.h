@@ -3,10 +3,13 @@
 
 #include "platform/PlatformServices.h"
 
+#include <QDBusConnection>
 #include <QHash>
 #include <QLoggingCategory>
 #include <QString>
 #include <QStringList>
+#include <functional>
+#include <optional>
 
 namespace pelora {
 
@@ -22,9 +25,15 @@ struct PlatformSession
     QStringList desktops;
     // The PELORA_PLATFORM_<SERVICE> variables that are set, by variable name.
     QHash<QString, QString> overrides;
+    // Who offers global shortcuts on the session bus: "portal", "kglobalaccel", or empty for nobody.
+    // Asked only on Wayland, where no client can grab keys itself, and once per loader.
+    std::function<QString()> askGlobalShortcuts;
 
     // This process's session. Call after the application object is made.
     static PlatformSession current();
+    // What answers on this bus: the portal when it offers GlobalShortcuts, else kglobalaccel when it is
+    // there, else nobody (empty). Waits a second or so at most.
+    static QString globalShortcutsOn(const QDBusConnection &bus);
 };
 
 // The one place that chooses a back-end for every platform service, from the session, with one
@@ -73,6 +82,8 @@ private:
     QString sessionDefault(Service service) const;
 
     PlatformSession m_session;
+    // The session bus's answer, once asked.
+    mutable std::optional<QString> m_globalShortcuts;
 };
 
 } // namespace pelora

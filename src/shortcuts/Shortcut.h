@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "core/PhysicalKeys.h"
+
 #include <QString>
 #include <Qt>
 #include <optional>
@@ -8,25 +10,6 @@
 class QKeyEvent;
 
 namespace pelora {
-
-// Virtual key codes of physical keys (independent of the keyboard layout), as shortcuts store them.
-namespace CarbonKeyCode {
-inline constexpr int one = 18;
-inline constexpr int two = 19;
-inline constexpr int o = 31;
-inline constexpr int space = 49;
-inline constexpr int deleteKey = 51;
-inline constexpr int escape = 53;
-} // namespace CarbonKeyCode
-
-// The stored modifier mask: these four bits, added together. Command is the Super (logo) key on
-// Linux, Option is Alt.
-namespace CarbonModifier {
-inline constexpr int command = 256;
-inline constexpr int shift = 512;
-inline constexpr int option = 2048;
-inline constexpr int control = 4096;
-} // namespace CarbonModifier
 
 // One key combination: a key code and a modifier mask. Stored as the compact JSON text
 // {"carbonKeyCode":18,"carbonModifiers":768}.

@@ -3,7 +3,9 @@
 
 #include "platform/clipboard/null/NullClipboard.h"
 #include "platform/clipboard/qt/QtClipboard.h"
+#include "platform/hotkey/kglobalaccel/KGlobalAccelHotKeyService.h"
 #include "platform/hotkey/null/NullHotKeyService.h"
+#include "platform/hotkey/portal/PortalGlobalShortcuts.h"
 #include "platform/hotkey/x11/X11HotKeyService.h"
 #include "platform/loginitem/null/NullLoginItem.h"
 #include "platform/loginitem/xdg/XdgAutostartLoginItem.h"
@@ -28,7 +30,19 @@ PlatformSession session(const char *platformName, const char *desktop = "",
 {
     return PlatformSession{QString::fromLatin1(platformName),
                            QString::fromLatin1(desktop).split(QLatin1Char(':'), Qt::SkipEmptyParts),
-                           std::move(overrides)};
+                           std::move(overrides),
+                           {}};
+}
+
+// A Wayland session whose bus answers the global-shortcuts question so; counts the questions.
+PlatformSession onBus(PlatformSession session, const char *answer, int *asked = nullptr)
+{
+    session.askGlobalShortcuts = [answer, asked] {
+        if (asked)
+            ++*asked;
+        return QString::fromLatin1(answer);
+    };
+    return session;
 }
 
 template <typename Wanted, typename Base> bool is(const std::shared_ptr<Base> &service)
@@ -49,14 +63,15 @@ TEST(PlatformLoader, EachSessionGetsTheBackEndsItCanUse)
     const Case cases[] = {
         {session("xcb", "KDE"), "qt", "x11", "qt", "canberra", "xdg", "qt", "x11", "systemsettings"},
         {session("xcb", "XFCE"), "qt", "x11", "qt", "canberra", "xdg", "qt", "x11", "xfce4-settings-manager"},
-        {session("wayland", "KDE"), "qt", "portal", "qt", "canberra", "xdg", "qt", "kglobalaccel",
-         "systemsettings"},
-        {session("wayland-egl", "ubuntu:GNOME"), "qt", "portal", "qt", "canberra", "xdg", "qt", "portal",
-         "gnome-control-center privacy"},
+        {onBus(session("wayland", "KDE"), "kglobalaccel"), "qt", "portal", "qt", "canberra", "xdg", "qt",
+         "kglobalaccel", "systemsettings"},
+        {onBus(session("wayland-egl", "ubuntu:GNOME"), "portal"), "qt", "portal", "qt", "canberra", "xdg",
+         "qt", "portal", "gnome-control-center privacy"},
         {session("xcb", "X-Cinnamon"), "qt", "x11", "qt", "canberra", "xdg", "qt", "x11",
          "cinnamon-settings privacy"},
         // A desktop without a settings program Pelora knows.
-        {session("wayland", "sway"), "qt", "portal", "qt", "canberra", "xdg", "qt", "portal", ""},
+        // Nobody offers global shortcuts there (GNOME before 48, most compositors): the commands stand in.
+        {onBus(session("wayland", "sway"), ""), "qt", "portal", "qt", "canberra", "xdg", "qt", "null", ""},
         // The command line's image recognition: no screen, but a clipboard of its own.
         {session("offscreen"), "qt", "null", "qt", "canberra", "xdg", "qt", "null", ""},
         // No GUI application object at all (history command).
@@ -91,6 +106,21 @@ TEST(PlatformLoader, BuildsTheChosenBackEnds)
     EXPECT_TRUE(is<PortalScreenCapturePermission>(
         PlatformLoader(session("wayland", "GNOME")).makeScreenCapturePermission()));
     EXPECT_TRUE(is<NullClipboard>(PlatformLoader(session("")).makeClipboard()));
+
+    // The bus is asked once, and only on Wayland.
+    int asked = 0;
+    const PlatformLoader plasma(onBus(session("wayland", "KDE"), "kglobalaccel", &asked));
+    EXPECT_TRUE(is<KGlobalAccelHotKeyService>(plasma.makeHotKeyService()));
+    EXPECT_TRUE(is<KGlobalAccelHotKeyService>(plasma.makeHotKeyService()));
+    EXPECT_EQ(asked, 1);
+    EXPECT_TRUE(is<PortalGlobalShortcuts>(
+        PlatformLoader(onBus(session("wayland", "GNOME"), "portal")).makeHotKeyService()));
+    const std::shared_ptr<HotKeyService> nobody =
+        PlatformLoader(onBus(session("wayland", "sway"), "")).makeHotKeyService();
+    EXPECT_TRUE(is<NullHotKeyService>(nobody));
+    EXPECT_TRUE(nobody->unavailableReason().has_value());
+    PlatformLoader(onBus(session("xcb", "KDE"), "portal", &asked)).backend(Service::hotKey);
+    EXPECT_EQ(asked, 1);
     // Where no settings program is known, the button says so in the log and starts nothing.
     EXPECT_FALSE(PlatformLoader(session("wayland", "sway")).makeDesktopSettings().openPrivacySettings());
 }

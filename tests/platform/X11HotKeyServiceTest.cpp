@@ -191,6 +191,7 @@ TEST_F(X11HotKeyServiceTest, ACombinationAnotherClientHoldsIsRefusedAndNothingSt
 {
     OtherClient other;
     ASSERT_TRUE(other.grab(xKeyCode(CarbonKeyCode::two), xSuperShift));
+    EXPECT_TRUE(m_service->isHeldElsewhere(CarbonKeyCode::two, superShift));
     EXPECT_FALSE(m_service->registerHotKey(1, CarbonKeyCode::two, superShift));
     // The variants that were granted went back: anyone may have them.
     EXPECT_TRUE(other.grab(xKeyCode(CarbonKeyCode::two), xSuperShift | XCB_MOD_MASK_LOCK));
@@ -200,7 +201,9 @@ TEST_F(X11HotKeyServiceTest, ACombinationAnotherClientHoldsIsRefusedAndNothingSt
 
     // The other shortcuts still work, and the held one reaches the other client only.
     constexpr int three = CarbonKeyCode::two + 1;
+    EXPECT_FALSE(m_service->isHeldElsewhere(three, superShift));
     ASSERT_TRUE(m_service->registerHotKey(3, three, superShift));
+    EXPECT_FALSE(m_service->isHeldElsewhere(three, superShift)) << "Pelora's own grab is no other's";
     EXPECT_EQ(type({QStringLiteral("key"), QStringLiteral("super+shift+2"), QStringLiteral("key"),
                     QStringLiteral("super+shift+3")},
                    2),

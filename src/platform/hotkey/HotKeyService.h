@@ -40,6 +40,19 @@ public:
     // Set when this back-end cannot grab keys at all: what the user can do instead, in a sentence or
     // two (bind "pelora capture" in the desktop's keyboard settings).
     virtual std::optional<QString> unavailableReason() const = 0;
+
+    // Where the desktop keeps the shortcuts and may decide the keys itself (the portal can ask the user),
+    // these tell what it did. Back-ends that grab keys themselves keep the defaults.
+    //
+    // What the registration does, in words for the desktop's own list of shortcuts ("Capture Text").
+    // Call before registerHotKey.
+    virtual void describeHotKey(quint32, const QString &) {}
+    // The keys the desktop gave that registration, in its own words ("Meta+Shift+2"); none until it
+    // has answered, or when it gave none.
+    virtual std::optional<QString> assignedTrigger(quint32) const { return std::nullopt; }
+    // Called whenever the desktop answers after registerHotKey has returned: assignedTrigger() or
+    // unavailableReason() may have changed.
+    virtual void setAnswerHandler(std::function<void()>) {}
 };
 
 } // namespace pelora

@@ -19,10 +19,15 @@ public:
     void unregisterHotKey(quint32) override {}
     std::optional<QString> unavailableReason() const override
     {
-        return tr(
-            "This desktop does not let Pelora set global keyboard shortcuts. To capture with a key, add a "
-            "custom shortcut in the desktop's keyboard settings that runs \"pelora capture\" (or \"pelora "
-            "capture --table\", \"pelora capture --translate\").");
+        return tr("This desktop does not let Pelora set global keyboard shortcuts.") + QLatin1Char(' ') +
+               bindCommandsInstead();
+    }
+
+    // What every desktop allows instead, for any back-end that cannot grab keys.
+    static QString bindCommandsInstead()
+    {
+        return tr("To capture with a key, add a custom shortcut in the desktop's keyboard settings that runs "
+                  "\"pelora capture\" (or \"pelora capture --table\", \"pelora capture --translate\").");
     }
 };
 

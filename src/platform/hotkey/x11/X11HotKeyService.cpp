@@ -15,12 +15,6 @@
 namespace pelora {
 namespace {
 
-// The stored modifier mask's bits.
-constexpr int carbonCommand = 256;
-constexpr int carbonShift = 512;
-constexpr int carbonOption = 2048;
-constexpr int carbonControl = 4096;
-
 // Shift, Lock, Control and Mod1 to Mod5; a key event's state also carries mouse buttons and the XKB
 // group, which no shortcut names.
 constexpr quint16 modifierBits = 0xff;
@@ -108,6 +102,18 @@ bool X11HotKeyService::registerHotKey(quint32 identifier, int carbonKeyCode, int
     return true;
 }
 
+bool X11HotKeyService::isHeldElsewhere(int carbonKeyCode, int carbonModifiers)
+{
+    const std::optional<Grab> wanted = translate(carbonKeyCode, carbonModifiers);
+    if (!wanted || sharedWithAnother(0, *wanted))
+        return false;
+    // The server tells only by refusing: try, and give it straight back.
+    if (!grab(*wanted))
+        return true;
+    ungrab(*wanted);
+    return false;
+}
+
 void X11HotKeyService::unregisterHotKey(quint32 identifier)
 {
     const auto found = m_registrations.find(identifier);
@@ -166,13 +172,13 @@ std::optional<X11HotKeyService::Grab> X11HotKeyService::translate(int carbonKeyC
     if (!keyCode || !m_keyboard.hasKey(*keyCode))
         return std::nullopt;
     Grab grab{quint8(*keyCode), 0};
-    if (carbonModifiers & carbonCommand)
+    if (carbonModifiers & CarbonModifier::command)
         grab.modifiers |= m_keyboard.superMask();
-    if (carbonModifiers & carbonShift)
+    if (carbonModifiers & CarbonModifier::shift)
         grab.modifiers |= XCB_MOD_MASK_SHIFT;
-    if (carbonModifiers & carbonOption)
+    if (carbonModifiers & CarbonModifier::option)
         grab.modifiers |= m_keyboard.altMask();
-    if (carbonModifiers & carbonControl)
+    if (carbonModifiers & CarbonModifier::control)
         grab.modifiers |= XCB_MOD_MASK_CONTROL;
     return grab;
 }

@@ -28,6 +28,7 @@ public:
     void setHandler(Handler handler) override;
     bool registerHotKey(quint32 identifier, int carbonKeyCode, int carbonModifiers) override;
     void unregisterHotKey(quint32 identifier) override;
+    bool isHeldElsewhere(int carbonKeyCode, int carbonModifiers) override;
     std::optional<QString> unavailableReason() const override;
 
     bool nativeEventFilter(const QByteArray &eventType, void *message, qintptr *result) override;

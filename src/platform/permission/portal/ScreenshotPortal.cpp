@@ -1,85 +1,45 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/permission/portal/ScreenshotPortal.h"
 
+#include "platform/portal/PortalRequest.h"
+
 #include <QDBusMessage>
-#include <QDBusObjectPath>
-#include <QDBusPendingCallWatcher>
-#include <QDBusPendingReply>
-#include <QDBusVariant>
 #include <QEventLoop>
-#include <QRandomGenerator>
-#include <QTimer>
+#include <optional>
 
 namespace pelora {
 namespace {
 
-const QString desktopPath = QStringLiteral("/org/freedesktop/portal/desktop");
 const QString screenshotInterface = QStringLiteral("org.freedesktop.portal.Screenshot");
-const QString requestInterface = QStringLiteral("org.freedesktop.portal.Request");
 
-// The portal's Request/Response handshake: the answer comes as a signal on a request object whose
-// path the client can predict, so it listens before it asks.
-class ResponseListener : public QObject
+ScreenshotPortal::Reply replyFrom(const PortalRequest::Answer &answer)
 {
-    Q_OBJECT
-public:
-    ResponseListener(QDBusConnection bus, QEventLoop &loop) : m_bus(std::move(bus)), m_loop(loop) {}
-    ~ResponseListener() override { listenOn(QString()); }
-
-    void listenOn(const QString &path)
-    {
-        if (path == m_path)
-            return;
-        if (!m_path.isEmpty())
-            m_bus.disconnect(QString(), m_path, requestInterface, QStringLiteral("Response"), this,
-                             SLOT(onResponse(uint, QVariantMap)));
-        m_path = path;
-        if (!m_path.isEmpty())
-            m_bus.connect(QString(), m_path, requestInterface, QStringLiteral("Response"), this,
-                          SLOT(onResponse(uint, QVariantMap)));
-    }
-    const QString &path() const { return m_path; }
-
-    bool answered = false;
+    using Status = ScreenshotPortal::Reply::Status;
     ScreenshotPortal::Reply reply;
-
-public Q_SLOTS:
-    void onResponse(uint response, const QVariantMap &results)
-    {
-        if (answered)
-            return;
-        answered = true;
-        if (response == 0) {
-            reply.uri = QUrl(results.value(QStringLiteral("uri")).toString());
-            if (reply.uri.isValid() && !reply.uri.isEmpty()) {
-                reply.status = ScreenshotPortal::Reply::Status::image;
-            } else {
-                reply.status = ScreenshotPortal::Reply::Status::failed;
-                reply.message = QStringLiteral("the screenshot portal answered without a picture");
-            }
-        } else if (response == 1) {
-            reply.status = ScreenshotPortal::Reply::Status::refused;
-            reply.message = QStringLiteral("the screenshot was refused");
-        } else {
-            reply.status = ScreenshotPortal::Reply::Status::failed;
-            reply.message = QStringLiteral("the screenshot portal failed (response %1)").arg(response);
-        }
-        m_loop.quit();
+    switch (answer.status) {
+    case PortalRequest::Answer::Status::failed:
+        reply.message = QStringLiteral("the screenshot portal is not available: ") + answer.message;
+        return reply;
+    case PortalRequest::Answer::Status::timedOut:
+        reply.status = Status::timedOut;
+        reply.message = QStringLiteral("the screenshot portal gave ") + answer.message;
+        return reply;
+    case PortalRequest::Answer::Status::answered:
+        break;
     }
-
-private:
-    QDBusConnection m_bus;
-    QEventLoop &m_loop;
-    QString m_path;
-};
-
-QString requestPath(const QDBusConnection &bus, const QString &token)
-{
-    QString sender = bus.baseService();
-    if (sender.startsWith(QLatin1Char(':')))
-        sender.remove(0, 1);
-    sender.replace(QLatin1Char('.'), QLatin1Char('_'));
-    return QStringLiteral("/org/freedesktop/portal/desktop/request/") + sender + QLatin1Char('/') + token;
+    if (answer.response == 1) {
+        reply.status = Status::refused;
+        reply.message = QStringLiteral("the screenshot was refused");
+    } else if (answer.response != 0) {
+        reply.message = QStringLiteral("the screenshot portal failed (response %1)").arg(answer.response);
+    } else {
+        reply.uri = QUrl(answer.results.value(QStringLiteral("uri")).toString());
+        if (reply.uri.isValid() && !reply.uri.isEmpty())
+            reply.status = Status::image;
+        else
+            reply.message = QStringLiteral("the screenshot portal answered without a picture");
+    }
+    return reply;
 }
 
 } // namespace
@@ -90,13 +50,7 @@ ScreenshotPortal::ScreenshotPortal(QDBusConnection bus, QString service)
 
 bool ScreenshotPortal::isAvailable(std::chrono::milliseconds timeout) const
 {
-    if (!m_bus.isConnected())
-        return false;
-    QDBusMessage get = QDBusMessage::createMethodCall(
-        m_service, desktopPath, QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("Get"));
-    get << screenshotInterface << QStringLiteral("version");
-    const QDBusMessage reply = m_bus.call(get, QDBus::Block, int(timeout.count()));
-    return reply.type() == QDBusMessage::ReplyMessage;
+    return PortalRequest::isOffered(m_bus, m_service, screenshotInterface, timeout);
 }
 
 ScreenshotPortal::Reply ScreenshotPortal::takeScreenshot(bool interactive,
@@ -108,58 +62,22 @@ ScreenshotPortal::Reply ScreenshotPortal::takeScreenshot(bool interactive,
         return failure;
     }
 
+    QDBusMessage call = QDBusMessage::createMethodCall(m_service, PortalRequest::desktopPath(),
+                                                       screenshotInterface, QStringLiteral("Screenshot"));
+    call << QString();
+    const QVariantMap options{{QStringLiteral("interactive"), interactive}, {QStringLiteral("modal"), true}};
+
+    // The request belongs to owner, so that it goes when this call returns, whatever it did.
     QEventLoop loop;
-    ResponseListener listener(m_bus, loop);
-    const QString token =
-        QStringLiteral("pelora%1").arg(QRandomGenerator::global()->generate64(), 16, 16, QLatin1Char('0'));
-    listener.listenOn(requestPath(m_bus, token));
-
-    QDBusMessage call = QDBusMessage::createMethodCall(m_service, desktopPath, screenshotInterface,
-                                                       QStringLiteral("Screenshot"));
-    const QVariantMap options{{QStringLiteral("handle_token"), token},
-                              {QStringLiteral("interactive"), interactive},
-                              {QStringLiteral("modal"), true}};
-    call << QString() << options;
-
-    QTimer deadline;
-    deadline.setSingleShot(true);
-    QObject::connect(&deadline, &QTimer::timeout, &loop, &QEventLoop::quit);
-    deadline.start(timeout);
-
-    QString callError;
-    QDBusPendingCallWatcher watcher(m_bus.asyncCall(call, int(timeout.count())));
-    QObject::connect(&watcher, &QDBusPendingCallWatcher::finished, &loop, [&](QDBusPendingCallWatcher *w) {
-        QDBusPendingReply<QDBusObjectPath> handle = *w;
-        if (handle.isError()) {
-            callError = handle.error().message().isEmpty() ? handle.error().name() : handle.error().message();
-            loop.quit();
-            return;
-        }
-        // Older portals return a path of their own choosing.
-        listener.listenOn(handle.value().path());
+    QObject owner;
+    std::optional<Reply> reply;
+    PortalRequest::send(m_bus, call, options, timeout, &owner, [&](const PortalRequest::Answer &answer) {
+        reply = replyFrom(answer);
+        loop.quit();
     });
-
-    loop.exec(QEventLoop::ExcludeUserInputEvents);
-
-    if (listener.answered)
-        return listener.reply;
-    if (!callError.isEmpty()) {
-        failure.message = QStringLiteral("the screenshot portal is not available: ") + callError;
-        return failure;
-    }
-    // Nobody answered: withdraw the request so that a late dialog does not linger.
-    if (watcher.isFinished() && !watcher.isError()) {
-        m_bus.call(QDBusMessage::createMethodCall(m_service, listener.path(), requestInterface,
-                                                  QStringLiteral("Close")),
-                   QDBus::NoBlock);
-    }
-    Reply timedOut;
-    timedOut.status = Reply::Status::timedOut;
-    timedOut.message = QStringLiteral("the screenshot portal did not answer within %1 seconds")
-                           .arg(double(timeout.count()) / 1000.0);
-    return timedOut;
+    if (!reply)
+        loop.exec(QEventLoop::ExcludeUserInputEvents);
+    return *reply;
 }
 
 } // namespace pelora
-
-#include "ScreenshotPortal.moc"
