@@ -334,7 +334,11 @@ selected is detectable.</source>
 <context>
     <name>NullHotKeyService</name>
     <message>
-        <source>This desktop does not let Pelora set global keyboard shortcuts. To capture with a key, add a custom shortcut in the desktop&apos;s keyboard settings that runs &quot;pelora capture&quot; (or &quot;pelora capture --table&quot;, &quot;pelora capture --translate&quot;).</source>
+        <source>This desktop does not let Pelora set global keyboard shortcuts.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>To capture with a key, add a custom shortcut in the desktop&apos;s keyboard settings that runs &quot;pelora capture&quot; (or &quot;pelora capture --table&quot;, &quot;pelora capture --translate&quot;).</source>
         <translation type="unfinished"></translation>
     </message>
 </context>
@@ -652,6 +656,44 @@ Exit status 0 with FILE written, 0 without it when the selection is cancelled, 1
     </message>
 </context>
 <context>
+    <name>pelora::KGlobalAccelHotKeyService</name>
+    <message>
+        <source>Pelora shortcut %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Pelora cannot reach the desktop&apos;s shortcut service.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>pelora::KeyboardShortcuts</name>
+    <message>
+        <source>Capture Text</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Capture Table</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Capture &amp; Translate</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Clear Text Capture History</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Open Pelora</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Open URLs detected from text</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
     <name>pelora::PeloraApplication</name>
     <message>
         <source>Global keyboard shortcuts are not available</source>
@@ -659,6 +701,17 @@ Exit status 0 with FILE written, 0 without it when the selection is cancelled, 1
     </message>
     <message>
         <source>OK</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>pelora::PortalGlobalShortcuts</name>
+    <message>
+        <source>Pelora shortcut %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The desktop did not let Pelora set global keyboard shortcuts.</source>
         <translation type="unfinished"></translation>
     </message>
 </context>

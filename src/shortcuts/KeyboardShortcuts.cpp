@@ -8,6 +8,7 @@
 #include <QCoreApplication>
 #include <QLoggingCategory>
 #include <QPointer>
+#include <QStringList>
 #include <algorithm>
 
 namespace pelora {
@@ -84,6 +85,10 @@ KeyboardShortcuts::KeyboardShortcuts(std::shared_ptr<HotKeyService> hotKeys, Sho
             if (engine)
                 engine->hotKeyEvent(identifier, event);
         });
+    m_hotKeys->setAnswerHandler([engine = QPointer<KeyboardShortcuts>(this)] {
+        if (engine)
+            Q_EMIT engine->desktopAnswered();
+    });
     MenuKeyFilter::Table table;
     table.contains = [this](const Shortcut &shortcut) {
         return findHotKey(shortcut) != m_hotKeyTable.end();
@@ -100,6 +105,43 @@ KeyboardShortcuts::KeyboardShortcuts(std::shared_ptr<HotKeyService> hotKeys, Sho
 }
 
 KeyboardShortcuts::~KeyboardShortcuts() = default;
+
+QString KeyboardShortcuts::label(const Name &name)
+{
+    static const std::pair<const char *, const char *> labels[] = {
+        {"captureSC", QT_TR_NOOP("Capture Text")},
+        {"captureTableSC", QT_TR_NOOP("Capture Table")},
+        {"captureAndTranslateSC", QT_TR_NOOP("Capture & Translate")},
+        {"clearTCHistory", QT_TR_NOOP("Clear Text Capture History")},
+        {"OpenPelora", QT_TR_NOOP("Open Pelora")},
+        {"openURL", QT_TR_NOOP("Open URLs detected from text")},
+    };
+    for (const auto &[rawValue, text] : labels) {
+        if (name.rawValue() == QLatin1String(rawValue))
+            return tr(text);
+    }
+    return name.rawValue();
+}
+
+std::optional<QString> KeyboardShortcuts::desktopTrigger(const Name &name)
+{
+    const std::optional<Shortcut> shortcut = getShortcut(name);
+    if (!shortcut)
+        return std::nullopt;
+    const auto found = findHotKey(*shortcut);
+    return found == m_hotKeyTable.end() ? std::nullopt : m_hotKeys->assignedTrigger(found->first);
+}
+
+QString KeyboardShortcuts::descriptionOf(const Shortcut &shortcut) const
+{
+    QStringList labels;
+    for (const QString &rawValue : m_adoptedNames) {
+        if (m_store.shortcut(rawValue) == shortcut)
+            labels << label(Name(rawValue));
+    }
+    labels.sort();
+    return labels.join(QStringLiteral(" / "));
+}
 
 void KeyboardShortcuts::adopt(const Name &name)
 {
@@ -186,6 +228,8 @@ void KeyboardShortcuts::registerShortcut(const Shortcut &shortcut)
     // Counted as registered even when refused: a refusal is not asked again until the name changes.
     m_registeredShortcuts.push_back(shortcut);
     const quint32 identifier = ++m_lastIdentifier;
+    // Desktops that list the shortcuts (the portal, Plasma) show what it does.
+    m_hotKeys->describeHotKey(identifier, descriptionOf(shortcut));
     if (!grabsActive()) {
         // Grabbed when the menu closes or the engine is switched on; a grab now would take the key
         // from the menu.

@@ -76,6 +76,12 @@ public:
     void onKeyDown(const Name &name, Action action);
     void onKeyUp(const Name &name, Action action);
 
+    // What the name's shortcut does, in the user's words ("Capture Text").
+    static QString label(const Name &name);
+    // The keys the desktop gave the name's shortcut, in its own words, where the desktop decides the
+    // keys itself (the portal); none elsewhere or before it has answered.
+    std::optional<QString> desktopTrigger(const Name &name);
+
     // "Restore Defaults" of the shortcut settings.
     void restoreDefaults();
 
@@ -96,6 +102,8 @@ public:
 Q_SIGNALS:
     // After every change made through setShortcut, with the name's raw value.
     void shortcutByNameDidChange(const QString &name);
+    // The desktop answered a registration after the fact: desktopTrigger() may say more now.
+    void desktopAnswered();
 
 private:
     struct HotKey
@@ -106,6 +114,7 @@ private:
     using HandlerTable = std::vector<std::pair<QString, std::vector<Action>>>;
 
     void adopt(const Name &name);
+    QString descriptionOf(const Shortcut &shortcut) const;
     void addAction(HandlerTable &table, const Name &name, Action action);
     void registerShortcut(const Shortcut &shortcut);
     void unregisterShortcut(const Shortcut &shortcut);

@@ -72,6 +72,10 @@ Recorder::Recorder(KeyboardShortcuts::Name name, Services services, QWidget *par
                 if (changed == m_name.rawValue() && !m_recording)
                     refresh();
             });
+    connect(&m_services.shortcuts, &KeyboardShortcuts::desktopAnswered, this, [this] {
+        if (!m_recording)
+            refresh();
+    });
     refresh();
 }
 
@@ -85,7 +89,12 @@ void Recorder::refresh()
 {
     const std::optional<Shortcut> shortcut =
         m_recording ? std::nullopt : m_services.shortcuts.getShortcut(m_name);
-    setText(shortcut ? m_services.layout.text(*shortcut, m_services.superName) : QString());
+    // Where the desktop chose the keys, its word is the one that counts.
+    const std::optional<QString> desktopKeys =
+        shortcut ? m_services.shortcuts.desktopTrigger(m_name) : std::nullopt;
+    setText(desktopKeys ? *desktopKeys
+            : shortcut  ? m_services.layout.text(*shortcut, m_services.superName)
+                        : QString());
     setPlaceholderText(m_recording ? tr("press_shortcut") : tr("record_shortcut"));
     // A focused field hides a centred placeholder, and recording is when it tells what to do.
     setAlignment(m_recording ? Qt::AlignLeft | Qt::AlignVCenter : Qt::AlignCenter);

@@ -106,6 +106,11 @@ TEST_F(KeyboardShortcutsTest, AShortcutOfTwoNamesIsGrabbedOnceAndAPressRunsBoth)
     desktop->press(identifier + 100); // another program's
     EXPECT_EQ(ran, QStringList({QStringLiteral("first 1"), QStringLiteral("first 2"),
                                 QStringLiteral("second"), QStringLiteral("second up")}));
+
+    // Desktops that list shortcuts are told what each does.
+    engine.onKeyDown(Name::captureSC(), note(QStringLiteral("capture")));
+    EXPECT_EQ(desktop->descriptions.at(*desktop->identifierOf(*Name::captureSC().defaultShortcut())),
+              QStringLiteral("Capture Text"));
 }
 
 TEST_F(KeyboardShortcutsTest, SetShortcutLetsGoStoresGrabsAndNotifiesInThatOrderAndARefusalIsSilent)

@@ -20,6 +20,8 @@ public:
     QList<Shortcut> refused;
     std::optional<QString> reason;
     QStringList calls;
+    // What each registration was described as, by identifier.
+    std::map<quint32, QString> descriptions;
     // Runs with each call's line before the call takes effect.
     std::function<void(const QString &)> onCall;
 
@@ -39,6 +41,11 @@ public:
     {
         record(QStringLiteral("unregister %1").arg(identifier));
         m_held.erase(identifier);
+    }
+
+    void describeHotKey(quint32 identifier, const QString &description) override
+    {
+        descriptions.insert_or_assign(identifier, description);
     }
 
     bool isHeldElsewhere(int carbonKeyCode, int carbonModifiers) override

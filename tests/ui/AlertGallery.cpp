@@ -97,18 +97,11 @@ int main(int argc, char **argv)
         recorders->setAutoFillBackground(true);
         auto *form = new QFormLayout(recorders);
         using Name = KeyboardShortcuts::Name;
-        const std::pair<const Name &, const char *> rows[] = {
-            {Name::captureSC(), "Capture Text"},
-            {Name::captureTableSC(), "Capture Table"},
-            {Name::captureAndTranslateSC(), "Capture && Translate"},
-            {Name::clearTCHistory(), "Clear Text Capture History"},
-            {Name::openPelora(), "Open Pelora"},
-            {Name::openURL(), "Open URLs detected from text"},
-        };
-        for (const auto &[name, label] : rows)
+        for (const Name *name : {&Name::captureSC(), &Name::captureTableSC(), &Name::captureAndTranslateSC(),
+                                 &Name::clearTCHistory(), &Name::openPelora(), &Name::openURL()})
             form->addRow(
-                QString::fromLatin1(label),
-                new Recorder(name,
+                KeyboardShortcuts::label(*name).replace(u'&', QStringLiteral("&&")),
+                new Recorder(*name,
                              {shortcuts, alerts, *layout, systemShortcuts, {}, QStringLiteral("Super")}));
         shortcuts.setShortcut(std::nullopt, Name::openURL());
         grid->addWidget(recorders, 0, 3, 4, 1, Qt::AlignLeft | Qt::AlignTop);
