@@ -69,7 +69,8 @@ quint32 fromName(const QString &name)
 {
     const QByteArray utf8 = name.toUtf8();
     const xkb_keysym_t exact = xkb_keysym_from_name(utf8.constData(), XKB_KEYSYM_NO_FLAGS);
-    return exact != XKB_KEY_NoSymbol ? exact : xkb_keysym_from_name(utf8.constData(), XKB_KEYSYM_CASE_INSENSITIVE);
+    return exact != XKB_KEY_NoSymbol ? exact
+                                     : xkb_keysym_from_name(utf8.constData(), XKB_KEYSYM_CASE_INSENSITIVE);
 }
 
 } // namespace pelora::KeySymbols

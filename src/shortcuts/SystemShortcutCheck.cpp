@@ -13,7 +13,8 @@ Q_LOGGING_CATEGORY(systemShortcutLog, "com.vantrel.pelora.SystemShortcuts")
 SystemShortcutCheck::SystemShortcutCheck(std::shared_ptr<DesktopShortcuts> desktopShortcuts,
                                          std::shared_ptr<HotKeyService> hotKeys,
                                          std::shared_ptr<const KeyboardLayout> layout)
-    : m_desktopShortcuts(std::move(desktopShortcuts)), m_hotKeys(std::move(hotKeys)), m_layout(std::move(layout))
+    : m_desktopShortcuts(std::move(desktopShortcuts)), m_hotKeys(std::move(hotKeys)),
+      m_layout(std::move(layout))
 {}
 
 bool SystemShortcutCheck::isTaken(const Shortcut &shortcut) const

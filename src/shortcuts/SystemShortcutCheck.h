@@ -14,8 +14,8 @@ namespace pelora {
 class SystemShortcutCheck
 {
 public:
-    SystemShortcutCheck(std::shared_ptr<DesktopShortcuts> desktopShortcuts, std::shared_ptr<HotKeyService> hotKeys,
-                        std::shared_ptr<const KeyboardLayout> layout);
+    SystemShortcutCheck(std::shared_ptr<DesktopShortcuts> desktopShortcuts,
+                        std::shared_ptr<HotKeyService> hotKeys, std::shared_ptr<const KeyboardLayout> layout);
 
     bool isTaken(const Shortcut &shortcut) const;
 

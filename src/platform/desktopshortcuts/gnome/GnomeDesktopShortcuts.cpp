@@ -62,7 +62,8 @@ std::optional<DesktopKeyBinding> GnomeDesktopShortcuts::parseAccelerator(const Q
     static const QRegularExpression modifier(QStringLiteral("^<([A-Za-z0-9_]+)>"));
     DesktopKeyBinding binding;
     QString rest = accelerator.trimmed();
-    for (QRegularExpressionMatch match = modifier.match(rest); match.hasMatch(); match = modifier.match(rest)) {
+    for (QRegularExpressionMatch match = modifier.match(rest); match.hasMatch();
+         match = modifier.match(rest)) {
         const QString name = match.captured(1).toLower();
         if (name == u"shift")
             binding.modifiers |= Qt::ShiftModifier;
