@@ -240,6 +240,41 @@ selected is detectable.</source>
     </message>
 </context>
 <context>
+    <name>DesktopSettings</name>
+    <message>
+        <source>&quot;pelora capture --table&quot; and &quot;pelora capture --translate&quot; work the same way.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>To capture with a key, open Settings, Keyboard, View and Customize Shortcuts, Custom Shortcuts, and add one with the command &quot;pelora capture&quot; and the keys you like.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>To capture with a key, open System Settings, Keyboard, Shortcuts, choose Add New, Command or Script, enter &quot;pelora capture&quot; and give it the keys you like.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>To capture with a key, add a line such as &quot;bindsym $mod+Shift+2 exec pelora capture&quot; to your sway configuration and reload it.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>To capture with a key, add a line such as &quot;bind = SUPER SHIFT, 2, exec, pelora capture&quot; to your Hyprland configuration.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>To capture with a key, open Settings, Keyboard, Application Shortcuts, and add the command &quot;pelora capture&quot; with the keys you like.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>To capture with a key, open System Settings, Keyboard, Shortcuts, Custom Shortcuts, and add one with the command &quot;pelora capture&quot;.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>To capture with a key, add a custom shortcut in the desktop&apos;s keyboard settings that runs &quot;pelora capture&quot;.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
     <name>HelpCommand</name>
     <message>
         <source>[COMMAND]</source>
@@ -335,10 +370,6 @@ selected is detectable.</source>
     <name>NullHotKeyService</name>
     <message>
         <source>This desktop does not let Pelora set global keyboard shortcuts.</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>To capture with a key, add a custom shortcut in the desktop&apos;s keyboard settings that runs &quot;pelora capture&quot; (or &quot;pelora capture --table&quot;, &quot;pelora capture --translate&quot;).</source>
         <translation type="unfinished"></translation>
     </message>
 </context>

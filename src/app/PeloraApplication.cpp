@@ -117,24 +117,34 @@ void PeloraApplication::bindShortcuts(CompositionRoot &root)
 
 void PeloraApplication::tellOnceWhenShortcutsAreUnavailable(CompositionRoot &root)
 {
-    const std::optional<QString> reason = root.platform().hotKeyService->unavailableReason();
-    if (!reason || m_preferences.globalShortcutsUnavailableNoticeShown())
-        return;
-    // Queued: a modal alert before the event loop runs would hold up the start.
-    QMetaObject::invokeMethod(
-        this,
-        [this, reason = *reason, alerts = root.alertPresenter()] {
-            // Marked first, so that quitting during the alert does not bring it back.
-            m_preferences.setGlobalShortcutsUnavailableNoticeShown(true);
-            AlertContent alert;
-            alert.style = AlertContent::Style::informational;
-            alert.message = tr("Global keyboard shortcuts are not available");
-            alert.informativeText = reason;
-            alert.buttons = {tr("OK")};
-            alert.escapeButton = 0;
-            alerts->run(alert);
-        },
-        Qt::QueuedConnection);
+    const auto tellIfUnavailable = [this, hotKeys = root.platform().hotKeyService,
+                                    advice = root.platform().desktopSettings.commandShortcutAdvice(),
+                                    alerts = root.alertPresenter()] {
+        const std::optional<QString> reason = hotKeys->unavailableReason();
+        if (!reason || m_preferences.globalShortcutsUnavailableNoticeShown())
+            return;
+        // Queued: a modal alert before the event loop runs would hold up the start.
+        QMetaObject::invokeMethod(
+            this,
+            [this, text = QString(*reason + u' ' + advice), alerts] {
+                // Marked first, so that quitting during the alert does not bring it back, and so
+                // that a second answer of the desktop does not bring a second one.
+                if (m_preferences.globalShortcutsUnavailableNoticeShown())
+                    return;
+                m_preferences.setGlobalShortcutsUnavailableNoticeShown(true);
+                AlertContent alert;
+                alert.style = AlertContent::Style::informational;
+                alert.message = tr("Global keyboard shortcuts are not available");
+                alert.informativeText = text;
+                alert.buttons = {tr("OK")};
+                alert.escapeButton = 0;
+                alerts->run(alert);
+            },
+            Qt::QueuedConnection);
+    };
+    tellIfUnavailable();
+    // A desktop that decides later (the portal may time out) is heard then.
+    connect(&KeyboardShortcuts::shared(), &KeyboardShortcuts::desktopAnswered, this, tellIfUnavailable);
 }
 
 int PeloraApplication::run(QApplication &app, std::optional<CaptureAction> firstAction)

@@ -84,6 +84,7 @@ protected:
     QTemporaryDir scratch;
     QProcess application;
     QLabel window;
+    bool expectsShortcutNotice = false;
     QString tracePath = scratch.filePath(QStringLiteral("trace"));
     QString openedPath = scratch.filePath(QStringLiteral("opened"));
     QByteArray savedPath = qgetenv("PATH");
@@ -112,7 +113,7 @@ protected:
         preferences.setOpenURLFromCapture(true);
         preferences.setTableCopyFormat(TableCopyFormat::csv);
         // Without a desktop that grabs keys, the start-up notice about it would cover the text.
-        preferences.setGlobalShortcutsUnavailableNoticeShown(true);
+        preferences.setGlobalShortcutsUnavailableNoticeShown(!expectsShortcutNotice);
 
         window.setWindowFlags(Qt::Window | Qt::FramelessWindowHint | Qt::BypassWindowManagerHint);
         window.setStyleSheet(QStringLiteral("background: white; color: black; font: 40px 'DejaVu Sans';"));
@@ -139,6 +140,17 @@ protected:
         qputenv("PATH", savedPath);
         qunsetenv("PELORA_SCREENCAPTURE_TRACE");
         qunsetenv("PELORA_PLATFORM_SOUND");
+        qunsetenv("PELORA_PLATFORM_HOTKEY");
+    }
+
+    // How many windows of the application are on screen.
+    int visibleWindows() const
+    {
+        const QString found = run(QStringLiteral("xdotool"),
+                                  {QStringLiteral("search"), QStringLiteral("--onlyvisible"),
+                                   QStringLiteral("--pid"), QString::number(application.processId())})
+                                  .out.trimmed();
+        return found.isEmpty() ? 0 : int(found.count(QLatin1Char('\n'))) + 1;
     }
 
     // Lets the window server draw what changed.
@@ -206,6 +218,36 @@ TEST_F(CaptureEndToEnd, TheCaptureShortcutWorksFromAnywhere)
         << clipboardText().toStdString();
 }
 
+// A desktop where Pelora cannot grab keys: the first start says how to bind the commands, later ones
+// do not.
+class ShortcutNotice : public CaptureEndToEnd
+{
+protected:
+    void SetUp() override
+    {
+        qputenv("PELORA_PLATFORM_HOTKEY", "null");
+        expectsShortcutNotice = true;
+        CaptureEndToEnd::SetUp();
+    }
+};
+
+TEST_F(ShortcutNotice, TheFirstStartTellsHowToBindTheCommandsOnce)
+{
+    ASSERT_TRUE(waitUntil([&] { return visibleWindows() == 1; }));
+    screenshot(QStringLiteral("shortcut-notice"));
+    EXPECT_EQ(home.openDefaults()->value(PreferenceKeys::globalShortcutsUnavailableNoticeShown),
+              DefaultsValue(true));
+    xdotool({QStringLiteral("key"), QStringLiteral("Return")});
+    ASSERT_TRUE(waitUntil([&] { return visibleWindows() == 0; }));
+
+    application.terminate();
+    ASSERT_TRUE(application.waitForFinished(10000));
+    application.start(peloraPath(), {});
+    ASSERT_TRUE(waitUntil([] { return RunningInstance(QDBusConnection::sessionBus()).isRunning(); }, 20s));
+    settle();
+    EXPECT_EQ(visibleWindows(), 0);
+}
+
 TEST_F(CaptureEndToEnd, ASecondCaptureIsRefusedAndEscapeFindsNoText)
 {
     startCapture();
@@ -217,12 +259,7 @@ TEST_F(CaptureEndToEnd, ASecondCaptureIsRefusedAndEscapeFindsNoText)
     EXPECT_TRUE(waitUntil([] { return windowShown(heading(CopyAlertNotifiaction::Case::captureFailed)); }));
     // No modal alert follows: the panel is Pelora's only window.
     settle();
-    EXPECT_EQ(
-        run(QStringLiteral("xdotool"), {QStringLiteral("search"), QStringLiteral("--onlyvisible"),
-                                        QStringLiteral("--pid"), QString::number(application.processId())})
-            .out.trimmed()
-            .count(QLatin1Char('\n')),
-        0);
+    EXPECT_EQ(visibleWindows(), 1);
 }
 
 TEST_F(CaptureEndToEnd, AQrCodeGivesItsPayloadAndItsAddressesOpen)

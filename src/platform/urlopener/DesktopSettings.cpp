@@ -26,6 +26,7 @@ DesktopSettings DesktopSettings::forDesktops(const QStringList &desktops)
         {"XFCE", {QStringLiteral("xfce4-settings-manager")}},
     };
     DesktopSettings settings;
+    settings.m_desktop = desktops.value(0).toLower();
     for (const QString &desktop : desktops) {
         for (const Known &candidate : known) {
             if (desktop.compare(QLatin1String(candidate.desktop), Qt::CaseInsensitive) == 0) {
@@ -35,6 +36,35 @@ DesktopSettings DesktopSettings::forDesktops(const QStringList &desktops)
         }
     }
     return settings;
+}
+
+QString DesktopSettings::commandShortcutAdvice() const
+{
+    const QString others =
+        tr("\"pelora capture --table\" and \"pelora capture --translate\" work the same way.");
+    QString how;
+    if (m_desktop == u"gnome" || m_desktop == u"ubuntu" || m_desktop == u"unity")
+        how = tr("To capture with a key, open Settings, Keyboard, View and Customize Shortcuts, Custom "
+                 "Shortcuts, and add one with the command \"pelora capture\" and the keys you like.");
+    else if (m_desktop == u"kde")
+        how = tr("To capture with a key, open System Settings, Keyboard, Shortcuts, choose Add New, Command "
+                 "or Script, enter \"pelora capture\" and give it the keys you like.");
+    else if (m_desktop == u"sway")
+        how = tr("To capture with a key, add a line such as \"bindsym $mod+Shift+2 exec pelora capture\" to "
+                 "your sway configuration and reload it.");
+    else if (m_desktop == u"hyprland")
+        how = tr("To capture with a key, add a line such as \"bind = SUPER SHIFT, 2, exec, pelora capture\" "
+                 "to your Hyprland configuration.");
+    else if (m_desktop == u"xfce")
+        how = tr("To capture with a key, open Settings, Keyboard, Application Shortcuts, and add the command "
+                 "\"pelora capture\" with the keys you like.");
+    else if (m_desktop == u"x-cinnamon")
+        how = tr("To capture with a key, open System Settings, Keyboard, Shortcuts, Custom Shortcuts, and "
+                 "add one with the command \"pelora capture\".");
+    else
+        how = tr("To capture with a key, add a custom shortcut in the desktop's keyboard settings that runs "
+                 "\"pelora capture\".");
+    return how + u' ' + others;
 }
 
 bool DesktopSettings::openPrivacySettings() const

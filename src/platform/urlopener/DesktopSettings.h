@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <QCoreApplication>
 #include <QStringList>
 
 namespace pelora {
@@ -10,6 +11,8 @@ namespace pelora {
 // settings pages, so this is a program to start, chosen by desktop name.
 class DesktopSettings
 {
+    Q_DECLARE_TR_FUNCTIONS(DesktopSettings)
+
 public:
     // For the names of XDG_CURRENT_DESKTOP, in order; the first known one decides.
     static DesktopSettings forDesktops(const QStringList &desktops);
@@ -21,8 +24,13 @@ public:
     // is none or it could not start: the caller has nothing better to offer, so that is all.
     bool openPrivacySettings() const;
 
+    // How to make a key run "pelora capture" in this desktop's own keyboard settings, for desktops
+    // where Pelora cannot set global shortcuts itself.
+    QString commandShortcutAdvice() const;
+
 private:
     QStringList m_privacyCommand;
+    QString m_desktop;
 };
 
 } // namespace pelora

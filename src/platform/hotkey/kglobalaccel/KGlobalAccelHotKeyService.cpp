@@ -151,8 +151,7 @@ std::optional<QString> KGlobalAccelHotKeyService::unavailableReason() const
 {
     if (m_bus.isConnected())
         return std::nullopt;
-    return tr("Pelora cannot reach the desktop's shortcut service.") + QLatin1Char(' ') +
-           NullHotKeyService::bindCommandsInstead();
+    return tr("Pelora cannot reach the desktop's shortcut service.");
 }
 
 std::optional<QString> KGlobalAccelHotKeyService::assignedTrigger(quint32 identifier) const

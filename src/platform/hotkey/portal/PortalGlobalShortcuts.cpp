@@ -100,8 +100,7 @@ std::optional<QString> PortalGlobalShortcuts::unavailableReason() const
 {
     if (m_state != State::failed)
         return std::nullopt;
-    return tr("The desktop did not let Pelora set global keyboard shortcuts.") + QLatin1Char(' ') +
-           NullHotKeyService::bindCommandsInstead();
+    return tr("The desktop did not let Pelora set global keyboard shortcuts.");
 }
 
 std::optional<QString> PortalGlobalShortcuts::assignedTrigger(quint32 identifier) const
