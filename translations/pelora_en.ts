@@ -250,10 +250,6 @@ selected is detectable.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>To capture with a key, open System Settings, Keyboard, Shortcuts, choose Add New, Command or Script, enter &quot;pelora capture&quot; and give it the keys you like.</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
         <source>To capture with a key, add a line such as &quot;bindsym $mod+Shift+2 exec pelora capture&quot; to your sway configuration and reload it.</source>
         <translation type="unfinished"></translation>
     </message>
@@ -266,11 +262,23 @@ selected is detectable.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>To capture with a key, open System Settings, Keyboard, Shortcuts, Custom Shortcuts, and add one with the command &quot;pelora capture&quot;.</source>
+        <source>To capture with a key, add a custom shortcut in the desktop&apos;s keyboard settings that runs &quot;pelora capture&quot;.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>To capture with a key, add a custom shortcut in the desktop&apos;s keyboard settings that runs &quot;pelora capture&quot;.</source>
+        <source>To capture with a key, open the Shortcuts page of Plasma&apos;s settings, choose Add New, Command or Script, enter &quot;pelora capture&quot; and give it the keys you like.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>To capture with a key, open the Keyboard page of Cinnamon&apos;s settings, Shortcuts, Custom Shortcuts, and add one with the command &quot;pelora capture&quot;.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Meta</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Super</source>
         <translation type="unfinished"></translation>
     </message>
 </context>

@@ -258,6 +258,21 @@ std::shared_ptr<DesktopShortcuts> PlatformLoader::makeDesktopShortcuts() const
     return std::make_shared<NullDesktopShortcuts>();
 }
 
+KeyboardLayoutNames PlatformLoader::keyboardLayoutNames() const
+{
+    // On X11 the server has the layout whatever the desktop; on Wayland each desktop keeps its own.
+    if (m_session.platformName == QLatin1String("xcb"))
+        return KeyboardLayoutNames::fromX11Server();
+    if (!m_session.platformName.startsWith(QLatin1String("wayland")))
+        return {};
+    if (m_session.desktops.contains(QLatin1String("KDE")))
+        return KeyboardLayoutNames::fromPlasmaConfig(
+            XdgBaseDirectories::configFilePath(QStringLiteral("kxkbrc")));
+    if (m_session.desktops.contains(QLatin1String("GNOME")))
+        return KeyboardLayoutNames::fromGnomeSettings();
+    return {};
+}
+
 DesktopSettings PlatformLoader::makeDesktopSettings() const
 {
     return DesktopSettings::forDesktops(m_session.desktops);

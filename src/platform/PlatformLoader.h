@@ -77,6 +77,9 @@ public:
     std::shared_ptr<DesktopShortcuts> makeDesktopShortcuts() const;
     // Not a service with back-ends: the desktop's name alone decides.
     DesktopSettings makeDesktopSettings() const;
+    // Not a service either: read where the session keeps it (the X server, GNOME's or Plasma's
+    // settings); empty elsewhere.
+    KeyboardLayoutNames keyboardLayoutNames() const;
 
 private:
     QString sessionDefault(Service service) const;

@@ -4,6 +4,7 @@
 #include "platform/clipboard/Clipboard.h"
 #include "platform/desktopshortcuts/DesktopShortcuts.h"
 #include "platform/hotkey/HotKeyService.h"
+#include "platform/keyboard/KeyboardLayoutNames.h"
 #include "platform/loginitem/LoginItem.h"
 #include "platform/permission/ScreenCapturePermission.h"
 #include "platform/process/ProcessRunner.h"

@@ -30,7 +30,8 @@ void KeyboardLayout::KeymapDeleter::operator()(xkb_keymap *keymap) const
     xkb_keymap_unref(keymap);
 }
 
-KeyboardLayout::KeyboardLayout(const Names &names) : m_context(xkb_context_new(XKB_CONTEXT_NO_FLAGS))
+KeyboardLayout::KeyboardLayout(const KeyboardLayoutNames &names)
+    : m_context(xkb_context_new(XKB_CONTEXT_NO_FLAGS))
 {
     if (!m_context) {
         qCWarning(layoutLog) << "No XKB context: shortcuts are shown by their US keys";

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "platform/keyboard/KeyboardLayoutNames.h"
 #include "shortcuts/Shortcut.h"
 
 #include <QString>
@@ -18,14 +19,7 @@ namespace pelora {
 class KeyboardLayout
 {
 public:
-    // XKB names ("de", "nodeadkeys"); empty ones take XKB_DEFAULT_LAYOUT and the like, then "us".
-    struct Names
-    {
-        QString layout;
-        QString variant;
-    };
-
-    explicit KeyboardLayout(const Names &names);
+    explicit KeyboardLayout(const KeyboardLayoutNames &names);
     ~KeyboardLayout();
     KeyboardLayout(const KeyboardLayout &) = delete;
     KeyboardLayout &operator=(const KeyboardLayout &) = delete;

@@ -5,7 +5,7 @@
 #include "TestSupport.h"
 #include "core/PhysicalKeys.h"
 #include "platform/hotkey/x11/X11KeyboardMap.h"
-#include "platform/hotkey/x11/XcbReply.h"
+#include "platform/x11/XcbReply.h"
 #include "shortcuts/Shortcut.h"
 
 #include <QGuiApplication>

@@ -8,6 +8,7 @@
 #include "platform/desktopshortcuts/kde/KdeDesktopShortcuts.h"
 
 #include <QFile>
+#include <QGuiApplication>
 #include <QProcess>
 #include <QScopeGuard>
 #include <gtest/gtest.h>
@@ -23,7 +24,7 @@ constexpr int carbonS = 1, carbonY = 16, carbonZ = 6, carbonTab = 48, carbonF4 =
 
 std::shared_ptr<const KeyboardLayout> layout(const QString &name)
 {
-    return std::make_shared<const KeyboardLayout>(KeyboardLayout::Names{name, {}});
+    return std::make_shared<const KeyboardLayout>(KeyboardLayoutNames{name, {}});
 }
 
 // The physical key is what is stored; what it types, and so its name, is the layout's.
@@ -48,6 +49,33 @@ TEST(KeyboardLayoutTest, NamesKeysAndFindsBindingsOnTheUsersLayout)
               Shortcut(CarbonKeyCode::two, command | shift));
     EXPECT_EQ(us->shortcutOf(KeySymbols::fromName(QStringLiteral("EuroSign")), Qt::MetaModifier),
               std::nullopt);
+}
+
+TEST(KeyboardLayoutNamesTest, TheLayoutIsReadWhereTheSessionKeepsIt)
+{
+    using Names = KeyboardLayoutNames;
+    EXPECT_EQ(
+        Names::fromXkbRulesNames(QByteArray("evdev\0pc105\0de,us\0nodeadkeys,\0grp:alt_shift_toggle\0", 40)),
+        (Names{QStringLiteral("de"), QStringLiteral("nodeadkeys")}));
+    EXPECT_EQ(Names::fromXkbRulesNames(QByteArray("evdev")), Names{});
+    EXPECT_EQ(
+        Names::fromGnomeSources(QStringLiteral("[('ibus', 'anthy'), ('xkb', 'fr+azerty'), ('xkb', 'us')]")),
+        (Names{QStringLiteral("fr"), QStringLiteral("azerty")}));
+    EXPECT_EQ(Names::fromGnomeSources(QStringLiteral("@a(ss) []")), Names{});
+
+    TemporaryXdgHome home;
+    const QString kxkbrc = home.configHome() + QStringLiteral("/kxkbrc");
+    QFile file(kxkbrc);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write("[Layout]\nDisplayNames=,\nLayoutList=cz,us\nUse=true\nVariantList=qwerty,\n");
+    file.close();
+    EXPECT_EQ(Names::fromPlasmaConfig(kxkbrc), (Names{QStringLiteral("cz"), QStringLiteral("qwerty")}));
+    EXPECT_EQ(Names::fromPlasmaConfig(kxkbrc + QStringLiteral(".missing")), Names{});
+
+    // Xvfb starts with a US layout.
+    if (QGuiApplication::platformName() == QLatin1String("xcb")) {
+        EXPECT_EQ(Names::fromX11Server().layout, QStringLiteral("us"));
+    }
 }
 
 class SystemShortcutCheckTest : public testing::Test

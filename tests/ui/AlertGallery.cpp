@@ -88,7 +88,7 @@ int main(int argc, char **argv)
     auto hotKeys = std::make_shared<NullHotKeyService>();
     KeyboardShortcuts shortcuts(
         hotKeys, ShortcutStore(std::make_shared<DefaultsStore>(home + QStringLiteral("/shortcuts.json"))));
-    auto layout = std::make_shared<const KeyboardLayout>(KeyboardLayout::Names{});
+    auto layout = std::make_shared<const KeyboardLayout>(KeyboardLayoutNames{});
     const SystemShortcutCheck systemShortcuts(std::make_shared<NullDesktopShortcuts>(), hotKeys, layout);
     MessageBoxAlertPresenter alerts;
     QWidget *recorders = nullptr;

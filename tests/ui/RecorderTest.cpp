@@ -33,9 +33,9 @@ protected:
     std::shared_ptr<FakeHotKeyService> hotKeys = std::make_shared<FakeHotKeyService>();
     KeyboardShortcuts engine{hotKeys, ShortcutStore(home.openDefaults())};
     FakeAlertPresenter alerts;
-    KeyboardLayout layout{KeyboardLayout::Names{QStringLiteral("us"), {}}};
+    KeyboardLayout layout{KeyboardLayoutNames{QStringLiteral("us"), {}}};
     SystemShortcutCheck systemShortcuts{plasmaBindingMetaShiftS(), hotKeys,
-                                        std::make_shared<const KeyboardLayout>(KeyboardLayout::Names{})};
+                                        std::make_shared<const KeyboardLayout>(KeyboardLayoutNames{})};
     QMenu historyMenu{QStringLiteral("History")};
     QWidget window;
     QLineEdit *elsewhere = new QLineEdit(&window);

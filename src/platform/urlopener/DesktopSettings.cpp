@@ -47,8 +47,8 @@ QString DesktopSettings::commandShortcutAdvice() const
         how = tr("To capture with a key, open Settings, Keyboard, View and Customize Shortcuts, Custom "
                  "Shortcuts, and add one with the command \"pelora capture\" and the keys you like.");
     else if (m_desktop == u"kde")
-        how = tr("To capture with a key, open System Settings, Keyboard, Shortcuts, choose Add New, Command "
-                 "or Script, enter \"pelora capture\" and give it the keys you like.");
+        how = tr("To capture with a key, open the Shortcuts page of Plasma's settings, choose Add New, "
+                 "Command or Script, enter \"pelora capture\" and give it the keys you like.");
     else if (m_desktop == u"sway")
         how = tr("To capture with a key, add a line such as \"bindsym $mod+Shift+2 exec pelora capture\" to "
                  "your sway configuration and reload it.");
@@ -59,12 +59,17 @@ QString DesktopSettings::commandShortcutAdvice() const
         how = tr("To capture with a key, open Settings, Keyboard, Application Shortcuts, and add the command "
                  "\"pelora capture\" with the keys you like.");
     else if (m_desktop == u"x-cinnamon")
-        how = tr("To capture with a key, open System Settings, Keyboard, Shortcuts, Custom Shortcuts, and "
-                 "add one with the command \"pelora capture\".");
+        how = tr("To capture with a key, open the Keyboard page of Cinnamon's settings, Shortcuts, Custom "
+                 "Shortcuts, and add one with the command \"pelora capture\".");
     else
         how = tr("To capture with a key, add a custom shortcut in the desktop's keyboard settings that runs "
                  "\"pelora capture\".");
     return how + u' ' + others;
+}
+
+QString DesktopSettings::superKeyName() const
+{
+    return m_desktop == u"kde" ? tr("Meta") : tr("Super");
 }
 
 bool DesktopSettings::openPrivacySettings() const

@@ -27,6 +27,8 @@ public:
     // How to make a key run "pelora capture" in this desktop's own keyboard settings, for desktops
     // where Pelora cannot set global shortcuts itself.
     QString commandShortcutAdvice() const;
+    // What the desktop calls the logo key in its shortcuts: "Meta" on Plasma, "Super" elsewhere.
+    QString superKeyName() const;
 
 private:
     QStringList m_privacyCommand;

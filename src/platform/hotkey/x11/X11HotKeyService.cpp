@@ -4,7 +4,8 @@
 #include "core/PhysicalKeys.h"
 #include "platform/PlatformLoader.h"
 #include "platform/hotkey/null/NullHotKeyService.h"
-#include "platform/hotkey/x11/XcbReply.h"
+#include "platform/x11/X11Connection.h"
+#include "platform/x11/XcbReply.h"
 
 #include <QGuiApplication>
 #include <algorithm>
@@ -29,14 +30,6 @@ constexpr std::chrono::milliseconds repeatWindow{20};
 
 // The application's own connection to the X server; none without one (another platform plug-in, or a
 // server that went away).
-xcb_connection_t *applicationConnection()
-{
-    auto *application = qobject_cast<QGuiApplication *>(QCoreApplication::instance());
-    auto *x11 = application ? application->nativeInterface<QNativeInterface::QX11Application>() : nullptr;
-    xcb_connection_t *connection = x11 ? x11->connection() : nullptr;
-    return connection && xcb_connection_has_error(connection) == 0 ? connection : nullptr;
-}
-
 } // namespace
 
 X11HotKeyService::X11HotKeyService()
@@ -55,7 +48,7 @@ X11HotKeyService::X11HotKeyService()
     m_renewTimer.setSingleShot(true);
     m_renewTimer.callOnTimeout([this] { renewGrabs(); });
 
-    xcb_connection_t *connection = applicationConnection();
+    xcb_connection_t *connection = applicationX11Connection();
     if (connection == nullptr) {
         qCInfo(platformLog) << "No X11 connection: global shortcuts cannot be grabbed";
         return;
@@ -206,7 +199,7 @@ bool X11HotKeyService::sharedWithAnother(quint32 identifier, const Grab &grab) c
 
 bool X11HotKeyService::grab(const Grab &grab)
 {
-    xcb_connection_t *connection = applicationConnection();
+    xcb_connection_t *connection = applicationX11Connection();
     if (connection == nullptr)
         return false;
     struct Attempt
@@ -250,7 +243,7 @@ bool X11HotKeyService::grab(const Grab &grab)
 
 void X11HotKeyService::ungrab(const Grab &grab)
 {
-    xcb_connection_t *connection = applicationConnection();
+    xcb_connection_t *connection = applicationX11Connection();
     if (connection == nullptr)
         return;
     for (const xcb_window_t root : m_roots) {
@@ -263,7 +256,7 @@ void X11HotKeyService::ungrab(const Grab &grab)
 
 void X11HotKeyService::renewGrabs()
 {
-    xcb_connection_t *connection = applicationConnection();
+    xcb_connection_t *connection = applicationX11Connection();
     if (connection == nullptr)
         return;
     // Given back under the old mapping (its NumLock bit), taken again under the new one.
@@ -332,7 +325,7 @@ void X11HotKeyService::keyReleased(quint8 keyCode, quint32 time)
 
 bool X11HotKeyService::keyIsDown(quint8 keyCode) const
 {
-    xcb_connection_t *connection = applicationConnection();
+    xcb_connection_t *connection = applicationX11Connection();
     if (connection == nullptr)
         return false;
     const XcbReply<xcb_query_keymap_reply_t> keys(

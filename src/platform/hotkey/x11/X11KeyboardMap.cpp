@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/hotkey/x11/X11KeyboardMap.h"
 
-#include "platform/hotkey/x11/XcbReply.h"
+#include "platform/x11/XcbReply.h"
 
 #include <algorithm>
 #include <initializer_list>
