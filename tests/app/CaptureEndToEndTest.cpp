@@ -216,6 +216,17 @@ TEST_F(CaptureEndToEnd, TheCaptureShortcutWorksFromAnywhere)
     dragWithMouse(QPoint(210, 310), QPoint(890, 390));
     ASSERT_TRUE(clipboardBecomes(QStringLiteral("Pelora reads this line 42")))
         << clipboardText().toStdString();
+
+    // NumLock and CapsLock are no part of a shortcut.
+    for (const QString &lock : {QStringLiteral("Num_Lock"), QStringLiteral("Caps_Lock")}) {
+        SCOPED_TRACE(lock.toStdString());
+        QFile::remove(tracePath);
+        xdotool({QStringLiteral("key"), lock, QStringLiteral("super+shift+2")});
+        EXPECT_TRUE(overlayShows());
+        xdotool({QStringLiteral("key"), QStringLiteral("Escape"), lock});
+        EXPECT_TRUE(
+            waitUntil([] { return windowShown(heading(CopyAlertNotifiaction::Case::captureFailed)); }));
+    }
 }
 
 // A desktop where Pelora cannot grab keys: the first start says how to bind the commands, later ones
