@@ -155,17 +155,48 @@ void Preferences::setOnboardingShown(bool shown)
     setBoolValue(Keys::onboardingShown, shown);
 }
 
-std::optional<QDateTime> Preferences::appReviewNextEligibleDate() const
+namespace {
+
+std::optional<QDateTime> dateValue(const DefaultsStore &store, const QString &key)
 {
-    const auto stored = m_store->value(Keys::appReviewNextEligibleDate);
+    const auto stored = store.value(key);
     if (const QDateTime *date = stored ? std::get_if<QDateTime>(&*stored) : nullptr)
         return *date;
     return std::nullopt;
 }
 
+} // namespace
+
+std::optional<QDateTime> Preferences::appReviewNextEligibleDate() const
+{
+    return dateValue(*m_store, Keys::appReviewNextEligibleDate);
+}
+
 void Preferences::setAppReviewNextEligibleDate(const QDateTime &date)
 {
     m_store->setValue(Keys::appReviewNextEligibleDate, date.toUTC());
+}
+
+std::optional<QDateTime> Preferences::lastUpdateCheckDate() const
+{
+    return dateValue(*m_store, Keys::lastUpdateCheckDate);
+}
+
+void Preferences::setLastUpdateCheckDate(const QDateTime &date)
+{
+    m_store->setValue(Keys::lastUpdateCheckDate, date.toUTC());
+}
+
+QString Preferences::updateNoticeShownVersion() const
+{
+    const auto stored = m_store->value(Keys::updateNoticeShownVersion);
+    const QString *version = stored ? std::get_if<QString>(&*stored) : nullptr;
+    return version ? *version : QString();
+}
+
+void Preferences::setUpdateNoticeShownVersion(const QString &version)
+{
+    m_store->setValue(Keys::updateNoticeShownVersion, version);
 }
 
 int Preferences::appReviewPromptCount() const

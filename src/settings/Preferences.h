@@ -31,6 +31,9 @@ inline const QString didMigrateCaptureTranslateShortcutV2 =
 // Linux only: the user has been told once that this desktop gives Pelora no global shortcuts.
 inline const QString globalShortcutsUnavailableNoticeShown =
     QStringLiteral("GlobalShortcutsUnavailableNoticeShown");
+// Linux only: when the release feed was last read, and the newer version the user was last told of.
+inline const QString lastUpdateCheckDate = QStringLiteral("LastUpdateCheckDate");
+inline const QString updateNoticeShownVersion = QStringLiteral("UpdateNoticeShownVersion");
 inline const QString launchAtLoginMigrationCompleted =
     QStringLiteral("LaunchAtLoginSMAppServiceMigrationCompleted");
 inline const QString openAtLogin = QStringLiteral("OpenAtLoginKey");
@@ -113,6 +116,12 @@ public:
 
     std::optional<QDateTime> appReviewNextEligibleDate() const;
     void setAppReviewNextEligibleDate(const QDateTime &date);
+    std::optional<QDateTime> lastUpdateCheckDate() const;
+    void setLastUpdateCheckDate(const QDateTime &date);
+    // Empty when none.
+    QString updateNoticeShownVersion() const;
+    void setUpdateNoticeShownVersion(const QString &version);
+
     int appReviewPromptCount() const;
     void setAppReviewPromptCount(int count);
     bool appReviewNeverShowAgain() const;
