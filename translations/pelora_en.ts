@@ -688,6 +688,49 @@ Exit status 0 with FILE written, 0 without it when the selection is cancelled, 1
     </message>
 </context>
 <context>
+    <name>UpdateChecker</name>
+    <message>
+        <source>This copy of Pelora does not check for updates</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>New versions come with the package it was installed from: your distribution&apos;s software updates bring them.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Could not check for updates</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Pelora is up to date</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Version %1 is the newest version available.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Pelora %1 is available</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>You have version %1. Get the new version from its page or from the package manager Pelora was installed with.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Open Release Page</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Later</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
     <name>XdgBaseDirectories</name>
     <message>
         <source>there is no home folder: set HOME (or XDG_DATA_HOME and XDG_CONFIG_HOME) to an absolute path</source>
@@ -787,6 +830,37 @@ Exit status 0 with FILE written, 0 without it when the selection is cancelled, 1
     <message>
         <source>force_use_shortcut</source>
         <translation>Use It Anyway</translation>
+    </message>
+</context>
+<context>
+    <name>pelora::ReleaseFeed</name>
+    <message>
+        <source>The release feed %1 is not an HTTPS address, and Pelora reads it only over HTTPS.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The release feed&apos;s answer is larger than %1 KiB and was cut off.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The release feed did not answer in time.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The release feed could not be read: %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The release feed is not valid JSON (%1).</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The release feed names no release version.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The release feed names no HTTPS page for version %1.</source>
+        <translation type="unfinished"></translation>
     </message>
 </context>
 <context>

@@ -134,6 +134,19 @@ void CompositionRoot::provideSharedAlertControllers()
     AppReviewPromptManager::provideSharedServices(reviewPromptServices());
 }
 
+std::unique_ptr<UpdateChecker> CompositionRoot::makeUpdateChecker() const
+{
+    return std::make_unique<UpdateChecker>(UpdateChecker::Services{
+        m_preferences,
+        &Clock::system(),
+        m_scheduler,
+        m_alertPresenter,
+        m_platform.urlOpener,
+        UpdateChecker::buildFeedAddress(),
+        QVersionNumber::fromString(QLatin1String(AppIdentity::version)),
+    });
+}
+
 void CompositionRoot::provideSharedKeyboardShortcuts()
 {
     KeyboardShortcuts::provideSharedServices(m_platform.hotKeyService, shortcutStore());

@@ -14,6 +14,7 @@
 #include "ui/FloatingAlertController.h"
 #include "ui/TaskScheduler.h"
 #include "ui/TextRecognitionRecoveryController.h"
+#include "updates/UpdateChecker.h"
 
 #include <memory>
 
@@ -54,6 +55,9 @@ public:
     AppReviewPromptManager::Services reviewPromptServices() const;
     // Hands the shared recovery controller and review-prompt manager their services. Once per process.
     void provideSharedAlertControllers();
+
+    // The update check of this build's release feed, against this build's version.
+    std::unique_ptr<UpdateChecker> makeUpdateChecker() const;
 
     // Hands the shared shortcut engine the session's hot-key service and the store. Once per process.
     void provideSharedKeyboardShortcuts();

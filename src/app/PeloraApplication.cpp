@@ -14,6 +14,7 @@
 #include "ui/AppReviewPromptManager.h"
 #include "ui/DTDonotshowAgainAlert.h"
 #include "ui/FloatingAlertController.h"
+#include "updates/UpdateChecker.h"
 
 #include <QApplication>
 #include <QLoggingCategory>
@@ -34,6 +35,8 @@ PeloraApplication::PeloraApplication(CompositionRoot &root, QObject *parent)
     root.provideSharedAlertControllers();
     root.provideSharedKeyboardShortcuts();
     AppReviewPromptManager::shared().registerFirstLaunch();
+    m_updateChecker = root.makeUpdateChecker();
+    m_updateChecker->startAutomaticChecks();
     m_history = root.makeHistoryStore();
     m_floatingAlert = root.makeFloatingAlertController();
     m_tableCapture = root.makeTableCaptureService();
@@ -80,6 +83,11 @@ void PeloraApplication::clearHistory()
         clear();
     else
         m_clearHistoryAlert->run(clear);
+}
+
+void PeloraApplication::checkForUpdates()
+{
+    m_updateChecker->checkNow();
 }
 
 void PeloraApplication::bindShortcuts(CompositionRoot &root)

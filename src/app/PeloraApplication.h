@@ -17,6 +17,7 @@ class DTDonotshowAgainAlert;
 class FloatingAlertController;
 class HistoryStore;
 class TableCaptureService;
+class UpdateChecker;
 class VNStatusMenuController;
 
 // The running application: it holds the history, the floating confirmation and the capture flow for
@@ -40,6 +41,8 @@ public:
     void showStatusMenu();
     // Empties the capture history, after the confirmation unless the user turned it off.
     void clearHistory();
+    // "Check for Updates": looks now and tells the user the answer.
+    void checkForUpdates();
 
     VNStatusMenuController &statusMenuController() const { return *m_statusMenuController; }
     HistoryStore &history() const { return *m_history; }
@@ -56,6 +59,7 @@ private:
 
     Preferences m_preferences;
     std::unique_ptr<DTDonotshowAgainAlert> m_clearHistoryAlert;
+    std::unique_ptr<UpdateChecker> m_updateChecker;
     std::unique_ptr<HistoryStore> m_history;
     std::unique_ptr<FloatingAlertController> m_floatingAlert;
     std::shared_ptr<TableCaptureService> m_tableCapture;

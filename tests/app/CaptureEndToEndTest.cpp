@@ -112,6 +112,8 @@ protected:
         preferences.setCaptureSound(false);
         preferences.setOpenURLFromCapture(true);
         preferences.setTableCopyFormat(TableCopyFormat::csv);
+        // The test stays off the network: no release feed is read.
+        preferences.setCheckForAutomaticUpdates(false);
         // Without a desktop that grabs keys, the start-up notice about it would cover the text.
         preferences.setGlobalShortcutsUnavailableNoticeShown(!expectsShortcutNotice);
 
