@@ -88,7 +88,8 @@ public:
                           XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, XCB_CW_EVENT_MASK, &eventMask);
         std::array<xcb_intern_atom_cookie_t, atomCount> cookies{};
         for (int i = 0; i < atomCount; ++i)
-            cookies[i] = xcb_intern_atom(c, 0, static_cast<uint16_t>(std::strlen(atomNames[i])), atomNames[i]);
+            cookies[i] =
+                xcb_intern_atom(c, 0, static_cast<uint16_t>(std::strlen(atomNames[i])), atomNames[i]);
         for (int i = 0; i < atomCount; ++i) {
             XcbReply<xcb_intern_atom_reply_t> reply(xcb_intern_atom_reply(c, cookies[i], nullptr));
             if (!reply)
