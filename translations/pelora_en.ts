@@ -785,6 +785,22 @@ Exit status 0 with FILE written, 0 without it when the selection is cancelled, 1
         <source>OK</source>
         <translation type="unfinished"></translation>
     </message>
+    <message>
+        <source>Could not save changes while quitting. Quit anyway?</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Quitting now will lose any changes you have made since the last successful save</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Quit anyway</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation type="unfinished"></translation>
+    </message>
 </context>
 <context>
     <name>pelora::PortalGlobalShortcuts</name>

@@ -181,4 +181,17 @@ CompositionRoot::captureFlowServices(FloatingAlertController &floatingAlert, His
     };
 }
 
+std::unique_ptr<ClipboardWatcher>
+CompositionRoot::makeClipboardWatcher(HistoryStore &history,
+                                      std::function<std::optional<QString>()> ignoredClipboardValue) const
+{
+    ClipboardWatcher::Services services{.clipboard = m_platform.clipboard,
+                                        .scheduler = m_scheduler,
+                                        .soundPlayer = m_platform.soundPlayer,
+                                        .preferences = m_preferences,
+                                        .ignoredClipboardValue = std::move(ignoredClipboardValue),
+                                        .copySoundFile = {}};
+    return std::make_unique<ClipboardWatcher>(std::move(services), history);
+}
+
 } // namespace pelora

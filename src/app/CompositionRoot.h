@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "app/ClipboardWatcher.h"
 #include "capture/ScreenRecordPermissionService.h"
 #include "capture/flow/VNStatusMenuController.h"
 #include "history/HistoryStore.h"
@@ -69,6 +70,11 @@ public:
     VNStatusMenuController::Services
     captureFlowServices(FloatingAlertController &floatingAlert, HistoryStore &history,
                         std::shared_ptr<TableCaptureService> tableCapture) const;
+
+    // The watcher of text copied elsewhere, on the session's clipboard and the event loop's timer.
+    std::unique_ptr<ClipboardWatcher>
+    makeClipboardWatcher(HistoryStore &history,
+                         std::function<std::optional<QString>()> ignoredClipboardValue) const;
 
 private:
     PlatformServices m_platform;

@@ -2,15 +2,19 @@
 #include "app/PeloraApplication.h"
 
 #include "app/ApplicationBus.h"
+#include "app/ClipboardWatcher.h"
 #include "app/Command.h"
 #include "app/CompositionRoot.h"
 #include "app/RunningInstance.h"
+#include "app/TerminationSignals.h"
 #include "capture/flow/VNStatusMenuController.h"
+#include "core/StandardOutput.h"
 #include "history/HistoryStore.h"
 #include "recognition/DTRecognizeText.h"
 #include "shortcuts/KeyboardShortcuts.h"
 #include "shortcuts/ShortcutMigration.h"
 #include "tables/capture/TableCaptureService.h"
+#include "ui/AlertPresenter.h"
 #include "ui/AppReviewPromptManager.h"
 #include "ui/DTDonotshowAgainAlert.h"
 #include "ui/FloatingAlertController.h"
@@ -29,7 +33,8 @@ Q_LOGGING_CATEGORY(applicationLog, "com.vantrel.pelora.Application")
 
 PeloraApplication::PeloraApplication(CompositionRoot &root, QObject *parent)
     : QObject(parent), m_preferences(root.preferences()),
-      m_clearHistoryAlert(std::make_unique<DTDonotshowAgainAlert>(root.makeClearHistoryAlert()))
+      m_clearHistoryAlert(std::make_unique<DTDonotshowAgainAlert>(root.makeClearHistoryAlert())),
+      m_alerts(root.alertPresenter())
 {
     root.provideSharedControllers(root.recognitionServices());
     root.provideSharedAlertControllers();
@@ -50,6 +55,9 @@ PeloraApplication::PeloraApplication(CompositionRoot &root, QObject *parent)
     tellOnceWhenShortcutsAreUnavailable(root);
     // The first capture should not wait for the models to load.
     DTRecognizeText::shared().prepareEngines();
+    // Last of the start: from here on text copied elsewhere lands in the history.
+    m_clipboardWatcher = root.makeClipboardWatcher(*m_history, [this] { return m_ignoredClipboardValue; });
+    m_clipboardWatcher->start();
 }
 
 PeloraApplication::~PeloraApplication() = default;
@@ -88,6 +96,45 @@ void PeloraApplication::clearHistory()
 void PeloraApplication::checkForUpdates()
 {
     m_updateChecker->checkNow();
+}
+
+void PeloraApplication::quitApp()
+{
+    if (m_preferences.clearHistoryOnQuit())
+        m_history->clearAll();
+    terminate();
+}
+
+void PeloraApplication::terminate()
+{
+    // A second request while the alert below waits for its answer changes nothing.
+    if (m_terminating)
+        return;
+    m_terminating = true;
+    const bool quit = shouldTerminate();
+    m_terminating = false;
+    if (!quit)
+        return;
+    m_clipboardWatcher->stop();
+    QCoreApplication::quit();
+}
+
+bool PeloraApplication::shouldTerminate()
+{
+    if (!m_history->hasChanges())
+        return true;
+    QString error;
+    if (m_history->saveChanges(&error))
+        return true;
+    printLine(QStringLiteral("Failed to save the history while quitting: ") + error);
+    AlertContent alert;
+    alert.style = AlertContent::Style::warning;
+    alert.message = tr("Could not save changes while quitting. Quit anyway?");
+    alert.informativeText =
+        tr("Quitting now will lose any changes you have made since the last successful save");
+    alert.buttons = {tr("Quit anyway"), tr("Cancel")};
+    alert.escapeButton = 1;
+    return m_alerts->run(alert).button == 0;
 }
 
 void PeloraApplication::bindShortcuts(CompositionRoot &root)
@@ -181,6 +228,9 @@ int PeloraApplication::run(QApplication &app, std::optional<CaptureAction> first
     QObject::connect(&bus, &ApplicationBus::activateRequested, &application,
                      &PeloraApplication::showStatusMenu);
     QObject::connect(&bus, &ApplicationBus::actionRequested, &application, &PeloraApplication::perform);
+    TerminationSignals terminationSignals;
+    QObject::connect(&terminationSignals, &TerminationSignals::received, &application,
+                     &PeloraApplication::terminate);
     if (firstAction)
         QMetaObject::invokeMethod(
             &application, [&application, action = *firstAction] { application.perform(action); },

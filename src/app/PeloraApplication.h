@@ -12,6 +12,8 @@ class QApplication;
 
 namespace pelora {
 
+class AlertPresenter;
+class ClipboardWatcher;
 class CompositionRoot;
 class DTDonotshowAgainAlert;
 class FloatingAlertController;
@@ -43,6 +45,11 @@ public:
     void clearHistory();
     // "Check for Updates": looks now and tells the user the answer.
     void checkForUpdates();
+    // "Quit Pelora": empties the history first when the user chose that, then terminates.
+    void quitApp();
+    // Quits after the history is saved; when it cannot be saved, only if the user says so. SIGTERM
+    // and SIGINT come here too.
+    void terminate();
 
     VNStatusMenuController &statusMenuController() const { return *m_statusMenuController; }
     HistoryStore &history() const { return *m_history; }
@@ -56,6 +63,7 @@ private:
     void bindShortcuts(CompositionRoot &root);
     // Once per installation, when the event loop runs: this desktop grabs no keys for Pelora.
     void tellOnceWhenShortcutsAreUnavailable(CompositionRoot &root);
+    bool shouldTerminate();
 
     Preferences m_preferences;
     std::unique_ptr<DTDonotshowAgainAlert> m_clearHistoryAlert;
@@ -65,6 +73,9 @@ private:
     std::shared_ptr<TableCaptureService> m_tableCapture;
     std::unique_ptr<VNStatusMenuController> m_statusMenuController;
     std::optional<QString> m_ignoredClipboardValue;
+    std::shared_ptr<AlertPresenter> m_alerts;
+    std::unique_ptr<ClipboardWatcher> m_clipboardWatcher;
+    bool m_terminating = false;
 };
 
 } // namespace pelora

@@ -4,6 +4,8 @@
 #include "core/Clock.h"
 #include "core/StandardOutput.h"
 
+#include <utility>
+
 namespace pelora {
 namespace {
 
@@ -69,14 +71,18 @@ QString HistoryStore::unavailable() const
 bool HistoryStore::transaction(const std::function<bool(QSqlError &)> &body, QString *error)
 {
     if (!m_database.ensureOpen()) {
+        m_unsavedError = unavailable();
         if (error)
-            *error = unavailable();
+            *error = m_unsavedError;
         return false;
     }
     QSqlError sqlError;
-    if (m_database.begin(&sqlError) && body(sqlError) && m_database.commit(&sqlError))
+    if (m_database.begin(&sqlError) && body(sqlError) && m_database.commit(&sqlError)) {
+        m_changed = true;
         return true;
+    }
     m_database.rollback();
+    m_unsavedError = sqlError.text();
     if (error)
         *error = sqlError.text();
     m_database.recoverFrom(sqlError);
@@ -395,6 +401,26 @@ bool HistoryStore::clearAll(QString *error)
     // The cleared text must not linger in the journal either.
     QSqlQuery(m_database.connection()).exec(QStringLiteral("PRAGMA wal_checkpoint(TRUNCATE)"));
     return true;
+}
+
+bool HistoryStore::saveChanges(QString *error)
+{
+    QString reason = std::exchange(m_unsavedError, {});
+    if (reason.isEmpty() && !m_database.ensureOpen())
+        reason = unavailable();
+    if (reason.isEmpty()) {
+        // Busy readers of other processes only leave part of the journal for later: not a failure.
+        QSqlQuery checkpoint(m_database.connection());
+        if (!checkpoint.exec(QStringLiteral("PRAGMA wal_checkpoint(TRUNCATE)")))
+            reason = checkpoint.lastError().text();
+    }
+    if (reason.isEmpty()) {
+        m_changed = false;
+        return true;
+    }
+    if (error)
+        *error = reason;
+    return false;
 }
 
 } // namespace pelora

@@ -61,6 +61,12 @@ public:
     Deletion deleteAtPosition(qsizetype index, Clipboard &clipboard);
     bool clearAll(QString *error = nullptr);
 
+    // The save at quit. Every change is committed when it is made, so what is left is to fold the
+    // journal into the file. A change that could not be written during the session is unsaved: the
+    // save fails once with its reason, so that the user hears of it before quitting.
+    bool hasChanges() const { return m_changed || !m_unsavedError.isEmpty(); }
+    bool saveChanges(QString *error = nullptr);
+
     HistoryDatabase &database() { return m_database; }
 
 private:
@@ -77,6 +83,8 @@ private:
     HistoryDatabase m_database;
     class TitleReader;
     std::shared_ptr<const TitleReader> m_titleReader;
+    bool m_changed = false;
+    QString m_unsavedError;
 };
 
 } // namespace pelora

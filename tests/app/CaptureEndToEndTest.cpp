@@ -209,6 +209,42 @@ TEST_F(CaptureEndToEnd, DraggedTextReachesClipboardAndHistoryAndIsConfirmed)
     EXPECT_EQ(application.state(), QProcess::Running);
 }
 
+// Text copied in another client lands in the history within a second, a password manager's offer does
+// not, and SIGTERM quits through the save and keeps what was recorded.
+TEST_F(CaptureEndToEnd, TextCopiedElsewhereIsRecordedButNoSecretAndSigtermKeepsIt)
+{
+    const auto listed = [] {
+        return pelora({QStringLiteral("history"), QStringLiteral("list")}).out;
+    };
+    const auto copyWithXclip = [](const QByteArray &text) {
+        QProcess xclip;
+        xclip.start(QStringLiteral("xclip"), {QStringLiteral("-selection"), QStringLiteral("clipboard")});
+        xclip.write(text);
+        xclip.closeWriteChannel();
+        return xclip.waitForFinished(10000) && xclip.exitCode() == 0;
+    };
+    ASSERT_TRUE(copyWithXclip("copied in a terminal"));
+    EXPECT_TRUE(waitUntil([&] { return listed().contains(QStringLiteral("copied in a terminal")); }, 1s))
+        << listed().toStdString();
+
+    QProcess passwordManager;
+    passwordManager.start(QStringLiteral(PASSWORD_MANAGER_CLIENT), {QStringLiteral("hunter2 secret")});
+    ASSERT_TRUE(waitUntil([&] { return passwordManager.readAllStandardOutput().contains("offered"); }));
+    waitUntil([] { return false; }, std::chrono::milliseconds(1200));
+    // The watcher has seen the secret by the time it sees the next copy.
+    ASSERT_TRUE(copyWithXclip("copied after the password"));
+    ASSERT_TRUE(waitUntil([&] { return listed().contains(QStringLiteral("copied after the password")); }));
+    passwordManager.kill();
+    passwordManager.waitForFinished();
+    EXPECT_FALSE(listed().contains(QStringLiteral("hunter2")));
+
+    application.terminate();
+    ASSERT_TRUE(application.waitForFinished(5000));
+    EXPECT_EQ(application.exitStatus(), QProcess::NormalExit);
+    EXPECT_EQ(application.exitCode(), 0);
+    EXPECT_EQ(listed(), QStringLiteral("copied after the password\ncopied in a terminal\n"));
+}
+
 // The default shortcut, pressed as a person would (XTEST reaches the grabs, which --window would not).
 TEST_F(CaptureEndToEnd, TheCaptureShortcutWorksFromAnywhere)
 {

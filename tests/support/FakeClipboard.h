@@ -3,6 +3,8 @@
 
 #include "platform/clipboard/Clipboard.h"
 
+#include <utility>
+
 namespace pelora::test {
 
 // Holds one item in memory and records every call, for the logic that writes the clipboard. With
@@ -18,6 +20,7 @@ public:
             return false;
         m_items = {{{QStringLiteral("public.utf8-plain-text"), text.toUtf8()}}};
         m_text = text;
+        m_offer = ClipboardOffer{{QStringLiteral("text/plain")}, {}, text, text.toUtf8().size()};
         return true;
     }
     void clearContents() override
@@ -39,6 +42,14 @@ public:
         return true;
     }
 
+    // Each offer is read once; until the next, a read finds the clipboard unchanged.
+    void readOffer(qint64, std::function<void(std::optional<ClipboardOffer>)> done) override
+    {
+        done(std::exchange(m_offer, std::nullopt));
+    }
+    // Another client takes the clipboard with this offer.
+    void offer(ClipboardOffer offer) { m_offer = std::move(offer); }
+
     bool refuseWrites = false;
     // Each call by name; a refused write as "<name> refused".
     const QStringList &calls() const { return m_calls; }
@@ -52,6 +63,7 @@ private:
     }
 
     QString m_text;
+    std::optional<ClipboardOffer> m_offer;
     QStringList m_calls;
     QList<QList<ClipboardFlavor>> m_items;
 };

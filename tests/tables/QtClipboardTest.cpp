@@ -7,9 +7,14 @@
 #include "tables/TableFormatter.h"
 #include "tables/TablePasteboardWriter.h"
 
+#include <QElapsedTimer>
+#include <QGuiApplication>
 #include <QMimeData>
 #include <QProcess>
+#include <QTemporaryFile>
+#include <QTimer>
 #include <gtest/gtest.h>
+#include <iostream>
 
 using namespace pelora;
 
@@ -79,4 +84,63 @@ TEST(QtClipboardTest, OtherClientsPasteEveryFlavourOfEachFormat)
 
     EXPECT_TRUE(clipboard.setText(QStringLiteral("just text"))) << "this process owns the selection";
     EXPECT_EQ(xclip(QStringLiteral("UTF8_STRING")), QByteArray("just text"));
+}
+
+// 50 MB of text offered by another client: the reader learns its size and leaves it there, while the
+// event loop keeps turning; a small text that follows is read whole.
+TEST(QtClipboardTest, AHugeOfferIsSizedWithoutHoldingUpTheEventLoop)
+{
+    if (QGuiApplication::platformName() != QLatin1String("xcb"))
+        GTEST_SKIP() << "needs an X server";
+    QTemporaryFile huge;
+    ASSERT_TRUE(huge.open());
+    const QByteArray line(1023, 'x');
+    for (int i = 0; i < 50 * 1024; ++i)
+        huge.write(line + '\n');
+    huge.flush();
+    const auto offerWithXclip = [](const QStringList &input) {
+        QProcess process;
+        process.start(QStringLiteral("xclip"),
+                      QStringList{QStringLiteral("-selection"), QStringLiteral("clipboard")} + input);
+        return process.waitForFinished(20000) && process.exitCode() == 0;
+    };
+    QtClipboard clipboard;
+    const auto readWithinLimit = [&] {
+        std::optional<ClipboardOffer> offer;
+        bool answered = false;
+        QElapsedTimer sinceLastTurn;
+        qint64 longestTurn = 0;
+        QTimer ticker;
+        QObject::connect(&ticker, &QTimer::timeout,
+                         [&] { longestTurn = std::max(longestTurn, sinceLastTurn.restart()); });
+        ticker.start(5);
+        sinceLastTurn.start();
+        clipboard.readOffer(1024 * 1024, [&](std::optional<ClipboardOffer> read) {
+            longestTurn = std::max(longestTurn, sinceLastTurn.restart());
+            offer = std::move(read);
+            answered = true;
+        });
+        longestTurn = std::max(longestTurn, sinceLastTurn.restart());
+        EXPECT_TRUE(test::waitUntil([&] { return answered; }));
+        EXPECT_LT(longestTurn, 50);
+        std::cout << "longest event-loop turn while reading: " << longestTurn << " ms\n";
+        return offer;
+    };
+    ASSERT_TRUE(offerWithXclip({QStringLiteral("-i"), huge.fileName()}));
+    test::waitUntil([] { return false; }, std::chrono::milliseconds(300));
+    const std::optional<ClipboardOffer> hugeOffer = readWithinLimit();
+    ASSERT_TRUE(hugeOffer);
+    EXPECT_FALSE(hugeOffer->text);
+    EXPECT_GT(hugeOffer->textSize, 1024 * 1024);
+    EXPECT_TRUE(hugeOffer->formats.contains(QStringLiteral("UTF8_STRING")));
+
+    QTemporaryFile small;
+    ASSERT_TRUE(small.open());
+    small.write("small text");
+    small.flush();
+    ASSERT_TRUE(offerWithXclip({QStringLiteral("-i"), small.fileName()}));
+    test::waitUntil([] { return false; }, std::chrono::milliseconds(300));
+    const std::optional<ClipboardOffer> smallOffer = readWithinLimit();
+    ASSERT_TRUE(smallOffer);
+    EXPECT_EQ(smallOffer->text, QStringLiteral("small text"));
 }

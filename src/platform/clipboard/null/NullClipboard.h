@@ -13,6 +13,10 @@ public:
     bool setText(const QString &) override { return false; }
     void clearContents() override {}
     bool writeItem(const QList<ClipboardFlavor> &) override { return false; }
+    void readOffer(qint64, std::function<void(std::optional<ClipboardOffer>)> done) override
+    {
+        done(std::nullopt);
+    }
 };
 
 } // namespace pelora

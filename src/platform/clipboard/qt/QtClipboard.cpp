@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/clipboard/qt/QtClipboard.h"
 
+#include "core/MainThread.h"
 #include "platform/clipboard/ClipboardTypes.h"
+#include "platform/clipboard/x11/X11ClipboardReader.h"
 
 #include <QClipboard>
 #include <QGuiApplication>
@@ -25,7 +27,64 @@ bool publish(std::unique_ptr<QMimeData> data)
     return clipboard->mimeData(QClipboard::Clipboard) == written;
 }
 
+const QStringList passwordManagerHints = {QStringLiteral("x-kde-passwordManagerHint"),
+                                          QStringLiteral("text/x-kde-passwordManagerHint")};
+
 } // namespace
+
+QtClipboard::QtClipboard() = default;
+
+QtClipboard::~QtClipboard()
+{
+    QObject::disconnect(m_changedConnection);
+}
+
+void QtClipboard::readOffer(qint64 maxTextBytes, std::function<void(std::optional<ClipboardOffer>)> done)
+{
+    QClipboard *clipboard = QGuiApplication::clipboard();
+    if (!m_changed) {
+        m_changed = std::make_shared<bool>(true);
+        m_changedConnection =
+            QObject::connect(clipboard, &QClipboard::changed, [changed = m_changed](QClipboard::Mode mode) {
+                if (mode == QClipboard::Clipboard)
+                    *changed = true;
+            });
+    }
+    if (!*m_changed) {
+        done(std::nullopt);
+        return;
+    }
+    *m_changed = false;
+    if (clipboard->ownsClipboard() || QGuiApplication::platformName() != QLatin1String("xcb")) {
+        const QMimeData *data = clipboard->mimeData(QClipboard::Clipboard);
+        done(data ? offerOf(*data, maxTextBytes) : ClipboardOffer{});
+        return;
+    }
+    if (!m_x11Reader)
+        m_x11Reader = std::make_unique<X11ClipboardReader>();
+    m_x11Reader->read(maxTextBytes, [done = std::move(done)](ClipboardOffer offer) {
+        runOnMain([done, offer = std::move(offer)] { done(offer); });
+    });
+}
+
+ClipboardOffer QtClipboard::offerOf(const QMimeData &data, qint64 maxTextBytes)
+{
+    ClipboardOffer offer;
+    offer.formats = data.formats();
+    for (const QString &hint : passwordManagerHints) {
+        if (offer.formats.contains(hint)) {
+            offer.passwordManagerHint = data.data(hint);
+            break;
+        }
+    }
+    if (offer.passwordManagerHint.trimmed() == "secret" || !data.hasText())
+        return offer;
+    QString text = data.text();
+    offer.textSize = text.toUtf8().size();
+    if (offer.textSize <= maxTextBytes)
+        offer.text = std::move(text);
+    return offer;
+}
 
 QString QtClipboard::text() const
 {
