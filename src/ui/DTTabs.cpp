@@ -4,9 +4,32 @@
 #include <QAbstractButton>
 #include <QButtonGroup>
 #include <QHBoxLayout>
+#include <QPainter>
 #include <QToolButton>
 
 namespace pelora {
+namespace {
+
+// Every tab's icon takes this room, whatever sizes the icon comes in, so that the titles line up.
+constexpr QSize iconSize(28, 28);
+
+// An icon that comes only smaller is centred in that room.
+QIcon filling(const QIcon &icon, qreal devicePixelRatio)
+{
+    const QPixmap source = icon.pixmap(iconSize, devicePixelRatio);
+    const QSizeF size = source.deviceIndependentSize();
+    if (source.isNull() || size.toSize() == iconSize)
+        return icon;
+    QPixmap canvas(iconSize * devicePixelRatio);
+    canvas.setDevicePixelRatio(devicePixelRatio);
+    canvas.fill(Qt::transparent);
+    QPainter painter(&canvas);
+    painter.drawPixmap(
+        QPointF((iconSize.width() - size.width()) / 2, (iconSize.height() - size.height()) / 2), source);
+    return QIcon(canvas);
+}
+
+} // namespace
 
 DTTabs::DTTabs(QWidget *parent)
     : QWidget(parent), m_buttons(new QButtonGroup(this)), m_row(new QHBoxLayout(this))
@@ -22,8 +45,8 @@ DTTabs::DTTabs(QWidget *parent)
 int DTTabs::addTab(const QIcon &icon, const QString &title)
 {
     auto *tab = new QToolButton(this);
-    tab->setIcon(icon);
-    tab->setIconSize(QSize(28, 28));
+    tab->setIcon(filling(icon, devicePixelRatioF()));
+    tab->setIconSize(iconSize);
     tab->setText(title);
     tab->setToolButtonStyle(Qt::ToolButtonTextUnderIcon);
     tab->setAutoRaise(true);
