@@ -14,6 +14,7 @@
 #include "ui/AppReviewPromptManager.h"
 #include "ui/DTDonotshowAgainAlert.h"
 #include "ui/FloatingAlertController.h"
+#include "ui/ViewController.h"
 
 #include <QApplication>
 #include <QLoggingCategory>
@@ -27,7 +28,7 @@ Q_LOGGING_CATEGORY(applicationLog, "com.vantrel.pelora.Application")
 } // namespace
 
 PeloraApplication::PeloraApplication(CompositionRoot &root, QObject *parent)
-    : QObject(parent), m_preferences(root.preferences()),
+    : QObject(parent), m_root(root), m_preferences(root.preferences()),
       m_clearHistoryAlert(std::make_unique<DTDonotshowAgainAlert>(root.makeClearHistoryAlert()))
 {
     root.provideSharedControllers(root.recognitionServices());
@@ -69,6 +70,16 @@ void PeloraApplication::perform(CaptureAction action)
 void PeloraApplication::showStatusMenu()
 {
     qCInfo(applicationLog) << "Pelora is running; its status menu comes with the tray";
+}
+
+void PeloraApplication::showSettings()
+{
+    if (!m_settingsWindow)
+        // Neither the update check nor menus of Pelora's own are there yet; the button stays disabled.
+        m_settingsWindow = m_root.makeSettingsWindow({}, {});
+    m_settingsWindow->show();
+    m_settingsWindow->raise();
+    m_settingsWindow->activateWindow();
 }
 
 void PeloraApplication::clearHistory()

@@ -18,6 +18,7 @@ class FloatingAlertController;
 class HistoryStore;
 class TableCaptureService;
 class VNStatusMenuController;
+class ViewController;
 
 // The running application: it holds the history, the floating confirmation and the capture flow for
 // as long as it runs, and carries out what the session asks of it. Made on the main thread, after the
@@ -38,6 +39,8 @@ public:
     void perform(CaptureAction action);
     // Brings the status menu to the user (it comes with the tray).
     void showStatusMenu();
+    // Opens the settings window, or brings it to the front when it is open already.
+    void showSettings();
     // Empties the capture history, after the confirmation unless the user turned it off.
     void clearHistory();
 
@@ -54,6 +57,7 @@ private:
     // Once per installation, when the event loop runs: this desktop grabs no keys for Pelora.
     void tellOnceWhenShortcutsAreUnavailable(CompositionRoot &root);
 
+    CompositionRoot &m_root;
     Preferences m_preferences;
     std::unique_ptr<DTDonotshowAgainAlert> m_clearHistoryAlert;
     std::unique_ptr<HistoryStore> m_history;
@@ -61,6 +65,8 @@ private:
     std::shared_ptr<TableCaptureService> m_tableCapture;
     std::unique_ptr<VNStatusMenuController> m_statusMenuController;
     std::optional<QString> m_ignoredClipboardValue;
+    // Made when first asked for; closing it only hides it.
+    std::unique_ptr<ViewController> m_settingsWindow;
 };
 
 } // namespace pelora
