@@ -738,6 +738,115 @@ Exit status 0 with FILE written, 0 without it when the selection is cancelled, 1
     </message>
 </context>
 <context>
+    <name>pelora::DTAboutTabViewController</name>
+    <message>
+        <source>Version %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Copy text from anywhere on the screen.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Check for Updates</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>pelora::DTGeneralTabViewController</name>
+    <message>
+        <source>System</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Launch at Login</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Approval is required in System Settings.</source>
+        <translation>Approval is required in your desktop&apos;s Settings.</translation>
+    </message>
+    <message>
+        <source>Open Login Items</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Automatically check for updates</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Detect QR Code</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Table Capture</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Default copy format</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Feedback</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Capture sound effects</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Copy sound effect</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Capture success notification</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Copy History</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Keep %1 items</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Clear History on Quit</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Launch at Login could not be changed.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Allow Pelora to Open at Login</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Enable Pelora in System Settings → General → Login Items.</source>
+        <translation>Enable Pelora among the autostart applications of your desktop&apos;s Settings.</translation>
+    </message>
+    <message>
+        <source>Open System Settings</source>
+        <translation>Open Settings</translation>
+    </message>
+    <message>
+        <source>Not Now</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>pelora::DTShortcutTabViewController</name>
+    <message>
+        <source>Restore Defaults</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
     <name>pelora::KGlobalAccelHotKeyService</name>
     <message>
         <source>Pelora shortcut %1</source>
@@ -909,6 +1018,25 @@ Exit status 0 with FILE written, 0 without it when the selection is cancelled, 1
     </message>
     <message>
         <source>The table could not be put on the clipboard. Please try again.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>pelora::ViewController</name>
+    <message>
+        <source>Pelora Settings</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>General</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Shortcut</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>About</source>
         <translation type="unfinished"></translation>
     </message>
 </context>

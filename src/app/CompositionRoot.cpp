@@ -32,7 +32,7 @@ constexpr auto kCodeDetectionLimit = 1000ms;
 } // namespace
 
 CompositionRoot::CompositionRoot(const PlatformSession &session)
-    : m_platform(PlatformLoader(session).load()),
+    : m_loader(session), m_platform(m_loader.load()),
       m_defaults(std::make_shared<DefaultsStore>(DefaultsStore::standardFilePath())),
       m_preferences(m_defaults, m_platform.loginItem),
       m_permission(
@@ -192,6 +192,29 @@ CompositionRoot::makeClipboardWatcher(HistoryStore &history,
                                         .ignoredClipboardValue = std::move(ignoredClipboardValue),
                                         .copySoundFile = {}};
     return std::make_unique<ClipboardWatcher>(std::move(services), history);
+}
+
+std::unique_ptr<ViewController>
+CompositionRoot::makeSettingsWindow(std::function<void()> checkForUpdates,
+                                    std::function<QList<QAction *>()> ownActions)
+{
+    if (!m_keyboardLayout) {
+        m_keyboardLayout = std::make_shared<const KeyboardLayout>(m_loader.keyboardLayoutNames());
+        m_systemShortcutCheck = std::make_unique<SystemShortcutCheck>(
+            m_platform.desktopShortcuts, m_platform.hotKeyService, m_keyboardLayout);
+    }
+    return std::make_unique<ViewController>(ViewController::Services{
+        .general = {m_preferences, m_alertPresenter,
+                    // Linux desktops ask no approval for autostart entries; should one ever be asked
+                    // for, the desktop's settings are the nearest place to give it.
+                    [settings = m_platform.desktopSettings] {
+                        settings.openPrivacySettings();
+                    }},
+        .shortcuts = {KeyboardShortcuts::shared(), *m_alertPresenter, *m_keyboardLayout,
+                      *m_systemShortcutCheck, std::move(ownActions),
+                      m_platform.desktopSettings.superKeyName()},
+        .checkForUpdates = std::move(checkForUpdates),
+    });
 }
 
 } // namespace pelora

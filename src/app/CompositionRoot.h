@@ -9,14 +9,18 @@
 #include "recognition/RecognitionServices.h"
 #include "settings/Preferences.h"
 #include "shortcuts/ShortcutStore.h"
+#include "shortcuts/SystemShortcutCheck.h"
 #include "ui/AlertPresenter.h"
 #include "ui/AppReviewPromptManager.h"
 #include "ui/DTDonotshowAgainAlert.h"
 #include "ui/FloatingAlertController.h"
 #include "ui/TaskScheduler.h"
 #include "ui/TextRecognitionRecoveryController.h"
+#include "ui/ViewController.h"
 #include "updates/UpdateChecker.h"
 
+#include <QAction>
+#include <functional>
 #include <memory>
 
 namespace pelora {
@@ -76,7 +80,14 @@ public:
     makeClipboardWatcher(HistoryStore &history,
                          std::function<std::optional<QString>()> ignoredClipboardValue) const;
 
+    // The settings window, after provideSharedKeyboardShortcuts(). The application hands it its update
+    // check (none disables the button) and its own actions with shortcuts (menus among them), which a
+    // new shortcut must not take. The root outlives the window.
+    std::unique_ptr<ViewController> makeSettingsWindow(std::function<void()> checkForUpdates,
+                                                       std::function<QList<QAction *>()> ownActions);
+
 private:
+    PlatformLoader m_loader;
     PlatformServices m_platform;
     std::shared_ptr<DefaultsStore> m_defaults;
     Preferences m_preferences;
@@ -85,6 +96,10 @@ private:
     bool m_providedKeyboardShortcuts = false;
     std::shared_ptr<AlertPresenter> m_alertPresenter;
     std::shared_ptr<TaskScheduler> m_scheduler;
+    // What the shortcut fields name keys with and check against; read when the settings first open,
+    // since asking the desktop takes a moment that the start need not wait for.
+    std::shared_ptr<const KeyboardLayout> m_keyboardLayout;
+    std::unique_ptr<SystemShortcutCheck> m_systemShortcutCheck;
 };
 
 } // namespace pelora

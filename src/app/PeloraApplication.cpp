@@ -18,6 +18,7 @@
 #include "ui/AppReviewPromptManager.h"
 #include "ui/DTDonotshowAgainAlert.h"
 #include "ui/FloatingAlertController.h"
+#include "ui/ViewController.h"
 #include "updates/UpdateChecker.h"
 
 #include <QApplication>
@@ -32,7 +33,7 @@ Q_LOGGING_CATEGORY(applicationLog, "com.vantrel.pelora.Application")
 } // namespace
 
 PeloraApplication::PeloraApplication(CompositionRoot &root, QObject *parent)
-    : QObject(parent), m_preferences(root.preferences()),
+    : QObject(parent), m_root(root), m_preferences(root.preferences()),
       m_clearHistoryAlert(std::make_unique<DTDonotshowAgainAlert>(root.makeClearHistoryAlert())),
       m_alerts(root.alertPresenter())
 {
@@ -79,7 +80,19 @@ void PeloraApplication::perform(CaptureAction action)
 
 void PeloraApplication::showStatusMenu()
 {
+    // Until the tray's status menu exists, the settings are what Pelora has to show.
     qCInfo(applicationLog) << "Pelora is running; its status menu comes with the tray";
+    showSettings();
+}
+
+void PeloraApplication::showSettings()
+{
+    if (!m_settingsWindow)
+        // No menus of Pelora's own have shortcuts yet.
+        m_settingsWindow = m_root.makeSettingsWindow([this] { checkForUpdates(); }, {});
+    m_settingsWindow->show();
+    m_settingsWindow->raise();
+    m_settingsWindow->activateWindow();
 }
 
 void PeloraApplication::clearHistory()

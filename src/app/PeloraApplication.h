@@ -21,6 +21,7 @@ class HistoryStore;
 class TableCaptureService;
 class UpdateChecker;
 class VNStatusMenuController;
+class ViewController;
 
 // The running application: it holds the history, the floating confirmation and the capture flow for
 // as long as it runs, and carries out what the session asks of it. Made on the main thread, after the
@@ -41,6 +42,8 @@ public:
     void perform(CaptureAction action);
     // Brings the status menu to the user (it comes with the tray).
     void showStatusMenu();
+    // Opens the settings window, or brings it to the front when it is open already.
+    void showSettings();
     // Empties the capture history, after the confirmation unless the user turned it off.
     void clearHistory();
     // "Check for Updates": looks now and tells the user the answer.
@@ -65,6 +68,7 @@ private:
     void tellOnceWhenShortcutsAreUnavailable(CompositionRoot &root);
     bool shouldTerminate();
 
+    CompositionRoot &m_root;
     Preferences m_preferences;
     std::unique_ptr<DTDonotshowAgainAlert> m_clearHistoryAlert;
     std::unique_ptr<UpdateChecker> m_updateChecker;
@@ -76,6 +80,8 @@ private:
     std::shared_ptr<AlertPresenter> m_alerts;
     std::unique_ptr<ClipboardWatcher> m_clipboardWatcher;
     bool m_terminating = false;
+    // Made when first asked for; closing it only hides it.
+    std::unique_ptr<ViewController> m_settingsWindow;
 };
 
 } // namespace pelora

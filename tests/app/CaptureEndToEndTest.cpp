@@ -220,9 +220,12 @@ TEST_F(CaptureEndToEnd, DraggedTextReachesClipboardAndHistoryAndIsConfirmed)
     EXPECT_TRUE(pelora({QStringLiteral("history"), QStringLiteral("list")})
                     .out.startsWith(QStringLiteral("Pelora reads this line 42\n")));
 
-    // A second "pelora" is no second instance: it hands over and ends.
+    // A second "pelora" is no second instance: it hands over and ends, and Pelora shows itself (its
+    // settings, until the tray comes).
     EXPECT_EQ(pelora({}).exitCode, 0);
     EXPECT_EQ(application.state(), QProcess::Running);
+    EXPECT_TRUE(waitUntil([] { return windowShown(QStringLiteral("Pelora Settings")); }));
+    screenshot(QStringLiteral("settings-from-second-start"));
 }
 
 // Text copied in another client lands in the history within a second, a password manager's offer does

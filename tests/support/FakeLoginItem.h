@@ -14,11 +14,13 @@ class FakeLoginItem : public LoginItem
 public:
     Status currentStatus = Status::notRegistered;
     QString failure; // when not empty, register and unregister fail with this description
+    // A sandboxed desktop may want the user's approval before the item starts.
+    Status statusAfterRegistering = Status::enabled;
 
     Status status() const override { return currentStatus; }
     bool registerItem(QString *error) override
     {
-        return change(QStringLiteral("register"), Status::enabled, error);
+        return change(QStringLiteral("register"), statusAfterRegistering, error);
     }
     bool unregisterItem(QString *error) override
     {

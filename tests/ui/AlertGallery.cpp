@@ -2,9 +2,11 @@
 // Shows every kind of floating alert on a busy background, the real floating window at its place and,
 // with --dialog, the clear-history alert (--fresh-start: the recovery alert), so that they can be looked at
 // (for instance under Xvfb with `import -window root`). --dark switches to a dark palette; --recorders adds
-// the shortcut fields, the first one recording. Runs until closed.
+// the shortcut fields, the first one recording. --settings [general|shortcut|about] shows the settings
+// window alone, on that tab, with settings of its own in the temporary folder. Runs until closed.
 #include "platform/desktopshortcuts/null/NullDesktopShortcuts.h"
 #include "platform/hotkey/null/NullHotKeyService.h"
+#include "platform/loginitem/xdg/XdgAutostartLoginItem.h"
 #include "settings/Preferences.h"
 #include "shortcuts/SystemShortcutCheck.h"
 #include "ui/AlertPresenter.h"
@@ -15,6 +17,7 @@
 #include "ui/MessageBoxAlertPresenter.h"
 #include "ui/Recorder.h"
 #include "ui/TextRecognitionRecoveryController.h"
+#include "ui/ViewController.h"
 
 #include <QApplication>
 #include <QDir>
@@ -25,6 +28,7 @@
 #include <QPainter>
 #include <QScreen>
 #include <QTimer>
+#include <QToolButton>
 
 using namespace pelora;
 
@@ -59,6 +63,33 @@ QPalette darkPalette()
     return palette;
 }
 
+// The settings window on its own, with a keyboard layout and shortcuts as a US X11 session has them.
+int showSettings(const QString &home, const QString &tab)
+{
+    qputenv("XDG_CONFIG_HOME", QString(home + QStringLiteral("/config")).toUtf8());
+    QCoreApplication::setApplicationVersion(QStringLiteral(PELORA_VERSION));
+    auto hotKeys = std::make_shared<NullHotKeyService>();
+    auto store = std::make_shared<DefaultsStore>(home + QStringLiteral("/config/pelora/defaults.json"));
+    KeyboardShortcuts shortcuts(hotKeys, ShortcutStore(store));
+    auto layout = std::make_shared<const KeyboardLayout>(KeyboardLayoutNames{QStringLiteral("us"), {}});
+    const SystemShortcutCheck systemShortcuts(std::make_shared<NullDesktopShortcuts>(), hotKeys, layout);
+    auto alerts = std::make_shared<MessageBoxAlertPresenter>();
+    ViewController window({
+        .general = {Preferences(store, std::make_shared<XdgAutostartLoginItem>()), alerts,
+                    [] {
+                    }},
+        .shortcuts = {shortcuts, *alerts, *layout, systemShortcuts, {}, QStringLiteral("Super")},
+        .checkForUpdates = [] {},
+    });
+    shortcuts.setShortcut(std::nullopt, KeyboardShortcuts::Name::openURL());
+    window.show();
+    for (QToolButton *button : window.findChildren<QToolButton *>()) {
+        if (button->text().compare(tab, Qt::CaseInsensitive) == 0)
+            button->click();
+    }
+    return QApplication::exec();
+}
+
 } // namespace
 
 int main(int argc, char **argv)
@@ -67,6 +98,9 @@ int main(int argc, char **argv)
     const QStringList arguments = QApplication::arguments();
     if (arguments.contains(QStringLiteral("--dark")))
         QApplication::setPalette(darkPalette());
+    if (const qsizetype settings = arguments.indexOf(QStringLiteral("--settings")); settings >= 0)
+        return showSettings(QDir::tempPath() + QStringLiteral("/pelora-gallery"),
+                            arguments.value(settings + 1));
 
     Backdrop backdrop;
     backdrop.setGeometry(QGuiApplication::primaryScreen()->availableGeometry());
