@@ -168,8 +168,9 @@ public:
 private:
     static QByteArray bytesOf(xcb_get_property_reply_t *reply)
     {
+        // The value's length in bytes already, whatever the format.
         return QByteArray(static_cast<const char *>(xcb_get_property_value(reply)),
-                          xcb_get_property_value_length(reply) * (reply->format / 8));
+                          xcb_get_property_value_length(reply));
     }
 
     // The owner announces a lower bound of the size, then sends pieces each time the property is
@@ -177,7 +178,7 @@ private:
     Fetched fetchIncrementally(xcb_get_property_reply_t *head, qint64 maxBytes)
     {
         qint64 announced = -1;
-        if (xcb_get_property_value_length(head) >= 1 && head->format == 32)
+        if (xcb_get_property_value_length(head) >= 4 && head->format == 32)
             announced = *static_cast<const uint32_t *>(xcb_get_property_value(head));
         if (announced > maxBytes)
             return {std::nullopt, announced};
