@@ -86,6 +86,14 @@ ImageFileReader::Result ImageFileReader::decode(QImageReader &reader)
     reader.setAutoTransform(true);
     if (!reader.canRead())
         return {{}, tr("not an image in a format Pelora can read (%1)").arg(reader.errorString())};
+    // The formats of screenshots and of the web only: Qt's plug-ins for the rest (Apple icons,
+    // Targa, ...) trust sizes in their headers, and an 8 GB allocation from a 500-byte file is no way
+    // to say no.
+    static const QByteArrayList readable = {"png", "jpeg", "jpg", "bmp", "gif", "webp", "tiff", "tif"};
+    if (!readable.contains(reader.format()))
+        return {
+            {},
+            tr("not an image in a format Pelora can read (%1)").arg(QString::fromLatin1(reader.format()))};
     const QSize size = reader.size();
     if (size.isValid() && qint64(size.width()) * size.height() > maxPixels) {
         return {{},

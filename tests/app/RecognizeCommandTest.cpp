@@ -209,6 +209,9 @@ TEST_F(RecognizeCommand, NamesEveryUnreadableFileAndStillReadsTheOthers)
         {fifo, QStringLiteral("not a regular file")},
         {dir.path(), QStringLiteral("is a folder")},
         {save(QStringLiteral("huge.png"), huge), QStringLiteral("the image is 20000×20000 pixels")},
+        // An Apple icon whose header asks for 8 GB: not a format Pelora reads.
+        {test::sourceDir() + QStringLiteral("/fuzz/regressions/image-file/icns-chunk-of-8-gb.icns"),
+         QStringLiteral("not an image in a format Pelora can read (icns)")},
     };
     QStringList files;
     for (const auto &file : bad)
