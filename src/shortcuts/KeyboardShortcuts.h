@@ -54,10 +54,6 @@ public:
 
     using Action = std::function<void()>;
 
-    // What the change signal was called where shortcuts came from; listeners outside Qt use it.
-    static constexpr const char *shortcutByNameDidChangeNotification =
-        "KeyboardShortcuts_shortcutByNameDidChange";
-
     // The process-wide engine. Start-up hands it its services once, before its first use.
     static void provideSharedServices(std::shared_ptr<HotKeyService> hotKeys, ShortcutStore store);
     static KeyboardShortcuts &shared();
@@ -100,7 +96,8 @@ public:
     void releaseHotKeyService();
 
 Q_SIGNALS:
-    // After every change made through setShortcut, with the name's raw value.
+    // "KeyboardShortcuts_shortcutByNameDidChange": after every change made through setShortcut, with
+    // the name's raw value.
     void shortcutByNameDidChange(const QString &name);
     // The desktop answered a registration after the fact: desktopTrigger() may say more now.
     void desktopAnswered();

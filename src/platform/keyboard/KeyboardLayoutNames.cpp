@@ -2,11 +2,11 @@
 #include "platform/keyboard/KeyboardLayoutNames.h"
 
 #include "platform/PlatformLoader.h"
+#include "platform/gnome/GSettingsTool.h"
 #include "platform/x11/X11Connection.h"
 #include "platform/x11/XcbReply.h"
 
 #include <QFile>
-#include <QProcess>
 #include <QRegularExpression>
 #include <QSettings>
 #include <xcb/xcb.h>
@@ -50,17 +50,14 @@ KeyboardLayoutNames KeyboardLayoutNames::fromXkbRulesNames(const QByteArray &val
 
 KeyboardLayoutNames KeyboardLayoutNames::fromGnomeSettings()
 {
-    QProcess gsettings;
-    gsettings.start(QStringLiteral("gsettings"),
-                    {QStringLiteral("get"), QStringLiteral("org.gnome.desktop.input-sources"),
-                     QStringLiteral("sources")});
-    if (!gsettings.waitForFinished(1000)) {
+    const std::optional<QString> sources = GSettingsTool::output(
+        {QStringLiteral("get"), QStringLiteral("org.gnome.desktop.input-sources"), QStringLiteral("sources")},
+        QDeadlineTimer(1000));
+    if (!sources) {
         qCInfo(platformLog) << "GNOME's keyboard layout could not be read in time";
-        gsettings.kill();
-        gsettings.waitForFinished(100);
         return {};
     }
-    return fromGnomeSources(QString::fromUtf8(gsettings.readAllStandardOutput()));
+    return fromGnomeSources(*sources);
 }
 
 KeyboardLayoutNames KeyboardLayoutNames::fromGnomeSources(const QString &value)

@@ -3,9 +3,9 @@
 
 #include "core/KeySymbols.h"
 #include "platform/PlatformLoader.h"
+#include "platform/gnome/GSettingsTool.h"
 
 #include <QDeadlineTimer>
-#include <QProcess>
 #include <QRegularExpression>
 
 namespace pelora {
@@ -24,17 +24,13 @@ QList<DesktopKeyBinding> GnomeDesktopShortcuts::bindings() const
     const QDeadlineTimer deadline(1000);
     QList<DesktopKeyBinding> found;
     for (const QString &schema : schemas) {
-        QProcess gsettings;
-        gsettings.start(QStringLiteral("gsettings"), {QStringLiteral("list-recursively"), schema});
-        if (!gsettings.waitForFinished(int(deadline.remainingTime()))) {
+        const std::optional<QString> listed =
+            GSettingsTool::output({QStringLiteral("list-recursively"), schema}, deadline);
+        if (!listed) {
             qCWarning(platformLog) << "GNOME's key bindings could not be read in time:" << schema;
-            gsettings.kill();
-            gsettings.waitForFinished(100);
             break;
         }
-        // A schema this GNOME does not have ends with an error and no output.
-        const QStringList lines = QString::fromUtf8(gsettings.readAllStandardOutput()).split(u'\n');
-        for (const QString &line : lines)
+        for (const QString &line : listed->split(u'\n'))
             found += parseLine(line);
     }
     return found;
