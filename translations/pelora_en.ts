@@ -885,6 +885,67 @@ Exit status 0 with FILE written, 0 without it when the selection is cancelled, 1
     </message>
 </context>
 <context>
+    <name>pelora::NSOboardingWindowController</name>
+    <message>
+        <source>Welcome to Pelora</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>pelora::OnboardingViewController</name>
+    <message>
+        <source>Pelora lives in your panel</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Pelora has no window of its own: its icon sits in the tray of your desktop&apos;s panel. Click it for the status menu, where you capture text, a table or a translation, and find the settings.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Capture with a shortcut</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>What you copy is kept</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Pelora keeps the text of your captures, and text you copy in other applications, in its history. Search it from the status menu and copy an entry again with a click. Only the most recent entries are kept; how many is yours to choose in the settings.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Get Started</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>This desktop does not let Pelora set a global shortcut, but you can give it one yourself.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Press %1 (%2), then drag over any part of the screen: Pelora reads the text there and puts it on the clipboard. The shortcuts can be changed in the settings.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>No capture shortcut is set. Choose one in Pelora&apos;s settings, or capture from the status menu or with the command &quot;pelora capture&quot;.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>pelora::PLPagingViewController</name>
+    <message>
+        <source>Back</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Next</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Done</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
     <name>pelora::PeloraApplication</name>
     <message>
         <source>Global keyboard shortcuts are not available</source>

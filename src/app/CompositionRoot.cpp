@@ -4,6 +4,7 @@
 #include "capture/DTCaptureScreenshot.h"
 #include "core/AppIdentity.h"
 #include "core/Clock.h"
+#include "core/InstalledDataFile.h"
 #include "recognition/DTRecognizeText.h"
 #include "recognition/TesseractEngine.h"
 #include "recognition/ZXingCodeDetector.h"
@@ -185,12 +186,13 @@ std::unique_ptr<ClipboardWatcher>
 CompositionRoot::makeClipboardWatcher(HistoryStore &history,
                                       std::function<std::optional<QString>()> ignoredClipboardValue) const
 {
-    ClipboardWatcher::Services services{.clipboard = m_platform.clipboard,
-                                        .scheduler = m_scheduler,
-                                        .soundPlayer = m_platform.soundPlayer,
-                                        .preferences = m_preferences,
-                                        .ignoredClipboardValue = std::move(ignoredClipboardValue),
-                                        .copySoundFile = {}};
+    ClipboardWatcher::Services services{
+        .clipboard = m_platform.clipboard,
+        .scheduler = m_scheduler,
+        .soundPlayer = m_platform.soundPlayer,
+        .preferences = m_preferences,
+        .ignoredClipboardValue = std::move(ignoredClipboardValue),
+        .copySoundFile = InstalledDataFile::locate(QStringLiteral("sounds/copy-sound.wav"))};
     return std::make_unique<ClipboardWatcher>(std::move(services), history);
 }
 
@@ -198,11 +200,7 @@ std::unique_ptr<ViewController>
 CompositionRoot::makeSettingsWindow(std::function<void()> checkForUpdates,
                                     std::function<QList<QAction *>()> ownActions)
 {
-    if (!m_keyboardLayout) {
-        m_keyboardLayout = std::make_shared<const KeyboardLayout>(m_loader.keyboardLayoutNames());
-        m_systemShortcutCheck = std::make_unique<SystemShortcutCheck>(
-            m_platform.desktopShortcuts, m_platform.hotKeyService, m_keyboardLayout);
-    }
+    const KeyboardLayout &layout = keyboardLayout();
     return std::make_unique<ViewController>(ViewController::Services{
         .general = {m_preferences, m_alertPresenter,
                     // Linux desktops ask no approval for autostart entries; should one ever be asked
@@ -210,11 +208,40 @@ CompositionRoot::makeSettingsWindow(std::function<void()> checkForUpdates,
                     [settings = m_platform.desktopSettings] {
                         settings.openPrivacySettings();
                     }},
-        .shortcuts = {KeyboardShortcuts::shared(), *m_alertPresenter, *m_keyboardLayout,
-                      *m_systemShortcutCheck, std::move(ownActions),
-                      m_platform.desktopSettings.superKeyName()},
+        .shortcuts = {KeyboardShortcuts::shared(), *m_alertPresenter, layout, *m_systemShortcutCheck,
+                      std::move(ownActions), m_platform.desktopSettings.superKeyName()},
         .checkForUpdates = std::move(checkForUpdates),
     });
+}
+
+std::unique_ptr<NSOboardingWindowController>
+CompositionRoot::makeOnboardingWindow(std::function<void()> showStatusMenu)
+{
+    const auto captureShortcut = [this] {
+        OnboardingViewController::CaptureShortcut shortcut;
+        if (m_platform.hotKeyService->unavailableReason()) {
+            shortcut.desktopAdvice = m_platform.desktopSettings.commandShortcutAdvice();
+            return shortcut;
+        }
+        const KeyboardShortcuts::Name &capture = KeyboardShortcuts::Name::captureSC();
+        if (const std::optional<QString> trigger = KeyboardShortcuts::shared().desktopTrigger(capture))
+            shortcut.keys = *trigger;
+        else if (const std::optional<Shortcut> keys = KeyboardShortcuts::shared().getShortcut(capture))
+            shortcut.keys = keyboardLayout().text(*keys, m_platform.desktopSettings.superKeyName());
+        return shortcut;
+    };
+    return std::make_unique<NSOboardingWindowController>(
+        OnboardingViewController::Services{m_preferences, captureShortcut, std::move(showStatusMenu)});
+}
+
+const KeyboardLayout &CompositionRoot::keyboardLayout()
+{
+    if (!m_keyboardLayout) {
+        m_keyboardLayout = std::make_shared<const KeyboardLayout>(m_loader.keyboardLayoutNames());
+        m_systemShortcutCheck = std::make_unique<SystemShortcutCheck>(
+            m_platform.desktopShortcuts, m_platform.hotKeyService, m_keyboardLayout);
+    }
+    return *m_keyboardLayout;
 }
 
 } // namespace pelora

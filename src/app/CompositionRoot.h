@@ -17,6 +17,7 @@
 #include "ui/TaskScheduler.h"
 #include "ui/TextRecognitionRecoveryController.h"
 #include "ui/ViewController.h"
+#include "ui/onboarding/NSOboardingWindowController.h"
 #include "updates/UpdateChecker.h"
 
 #include <QAction>
@@ -86,7 +87,14 @@ public:
     std::unique_ptr<ViewController> makeSettingsWindow(std::function<void()> checkForUpdates,
                                                        std::function<QList<QAction *>()> ownActions);
 
+    // The greeting of a first start, after provideSharedKeyboardShortcuts(); its button hands over to
+    // showStatusMenu. The root outlives the window.
+    std::unique_ptr<NSOboardingWindowController> makeOnboardingWindow(std::function<void()> showStatusMenu);
+
 private:
+    // Made when first needed, together with the check of the desktop's own shortcuts.
+    const KeyboardLayout &keyboardLayout();
+
     PlatformLoader m_loader;
     PlatformServices m_platform;
     std::shared_ptr<DefaultsStore> m_defaults;

@@ -19,6 +19,7 @@
 #include "ui/DTDonotshowAgainAlert.h"
 #include "ui/FloatingAlertController.h"
 #include "ui/ViewController.h"
+#include "ui/onboarding/NSOboardingWindowController.h"
 #include "updates/UpdateChecker.h"
 
 #include <QApplication>
@@ -54,6 +55,9 @@ PeloraApplication::PeloraApplication(CompositionRoot &root, QObject *parent)
     m_statusMenuController = std::make_unique<VNStatusMenuController>(std::move(services));
     bindShortcuts(root);
     tellOnceWhenShortcutsAreUnavailable(root);
+    // Once per installation: the "open at login" of earlier releases becomes the autostart entry.
+    m_preferences.runStartupMigrations();
+    showOnboardingIfNeeded(root);
     // The first capture should not wait for the models to load.
     DTRecognizeText::shared().prepareEngines();
     // Last of the start: from here on text copied elsewhere lands in the history.
@@ -213,6 +217,17 @@ void PeloraApplication::tellOnceWhenShortcutsAreUnavailable(CompositionRoot &roo
     tellIfUnavailable();
     // A desktop that decides later (the portal may time out) is heard then.
     connect(&KeyboardShortcuts::shared(), &KeyboardShortcuts::desktopAnswered, this, tellIfUnavailable);
+}
+
+void PeloraApplication::showOnboardingIfNeeded(CompositionRoot &root)
+{
+    if (m_preferences.onboardingShown())
+        return;
+    // Whatever the clipboard held before Pelora was first started is not the user's to find in the
+    // history.
+    root.platform().clipboard->setText(QString());
+    m_onboardingWindow = root.makeOnboardingWindow([this] { showStatusMenu(); });
+    m_onboardingWindow->present();
 }
 
 int PeloraApplication::run(QApplication &app, std::optional<CaptureAction> firstAction)

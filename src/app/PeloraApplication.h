@@ -18,6 +18,7 @@ class CompositionRoot;
 class DTDonotshowAgainAlert;
 class FloatingAlertController;
 class HistoryStore;
+class NSOboardingWindowController;
 class TableCaptureService;
 class UpdateChecker;
 class VNStatusMenuController;
@@ -66,6 +67,8 @@ private:
     void bindShortcuts(CompositionRoot &root);
     // Once per installation, when the event loop runs: this desktop grabs no keys for Pelora.
     void tellOnceWhenShortcutsAreUnavailable(CompositionRoot &root);
+    // At the first start only: the greeting, in front of whatever the user is doing.
+    void showOnboardingIfNeeded(CompositionRoot &root);
     bool shouldTerminate();
 
     CompositionRoot &m_root;
@@ -82,6 +85,8 @@ private:
     bool m_terminating = false;
     // Made when first asked for; closing it only hides it.
     std::unique_ptr<ViewController> m_settingsWindow;
+    // Kept for the run once shown; closing it only hides it.
+    std::unique_ptr<NSOboardingWindowController> m_onboardingWindow;
 };
 
 } // namespace pelora

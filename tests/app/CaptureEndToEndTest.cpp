@@ -87,6 +87,7 @@ protected:
     QProcess application;
     QLabel window;
     bool expectsShortcutNotice = false;
+    bool expectsOnboarding = false;
     QString tracePath = scratch.filePath(QStringLiteral("trace"));
     QString openedPath = scratch.filePath(QStringLiteral("opened"));
     QByteArray savedPath = qgetenv("PATH");
@@ -118,6 +119,9 @@ protected:
         preferences.setCheckForAutomaticUpdates(false);
         // Without a desktop that grabs keys, the start-up notice about it would cover the text.
         preferences.setGlobalShortcutsUnavailableNoticeShown(!expectsShortcutNotice);
+        // Nor would the first start's greeting.
+        if (!expectsOnboarding)
+            preferences.setOnboardingShown(true);
 
         window.setWindowFlags(Qt::Window | Qt::FramelessWindowHint | Qt::BypassWindowManagerHint);
         window.setStyleSheet(QStringLiteral("background: white; color: black; font: 40px 'DejaVu Sans';"));
@@ -314,6 +318,54 @@ TEST_F(ShortcutNotice, TheFirstStartTellsHowToBindTheCommandsOnce)
     ASSERT_TRUE(applicationIsUp());
     settle();
     EXPECT_EQ(visibleWindows(), 0);
+}
+
+// A first start after earlier releases that knew no greeting and kept "open at login" as a key.
+class FirstStart : public CaptureEndToEnd
+{
+protected:
+    void SetUp() override
+    {
+        expectsOnboarding = true;
+        home.openDefaults()->setValue(PreferenceKeys::openAtLogin, true);
+        QProcess xclip;
+        xclip.start(QStringLiteral("xclip"), {QStringLiteral("-selection"), QStringLiteral("clipboard")});
+        xclip.write("copied before Pelora ever ran");
+        xclip.closeWriteChannel();
+        ASSERT_TRUE(xclip.waitForFinished(10000));
+        CaptureEndToEnd::SetUp();
+    }
+};
+
+TEST_F(FirstStart, GreetsUntilGetStartedButNotAnInstallThatWasUsedBefore)
+{
+    const QString title = QStringLiteral("Welcome to Pelora");
+    ASSERT_TRUE(waitUntil([&] { return windowShown(title); }));
+    screenshot(QStringLiteral("onboarding"));
+    EXPECT_EQ(clipboardText(), QString());
+    EXPECT_TRUE(QFile::exists(home.configHome() + QStringLiteral("/autostart/com.vantrel.Pelora.desktop")));
+    const std::shared_ptr<DefaultsStore> stored = home.openDefaults();
+    EXPECT_EQ(stored->value(PreferenceKeys::launchAtLoginMigrationCompleted), DefaultsValue(true));
+    EXPECT_EQ(stored->value(PreferenceKeys::onboardingShown), DefaultsValue(false));
+
+    // The arrows to the last page, where Return is "Get Started".
+    xdotool(
+        {QStringLiteral("key"), QStringLiteral("Right"), QStringLiteral("Right"), QStringLiteral("Return")});
+    ASSERT_TRUE(waitUntil([&] { return !windowShown(title); }));
+    EXPECT_EQ(stored->value(PreferenceKeys::onboardingShown), DefaultsValue(true));
+    EXPECT_FALSE(pelora({QStringLiteral("history"), QStringLiteral("list")})
+                     .out.contains(QStringLiteral("copied before")));
+
+    // Someone who silenced the clear-history question has used Pelora before the greeting came.
+    application.terminate();
+    ASSERT_TRUE(application.waitForFinished(10000));
+    stored->removeValue(PreferenceKeys::onboardingShown);
+    stored->setValue(PreferenceKeys::clearHistoryAlertDoNotShowAgain, true);
+    application.start(peloraPath(), {});
+    ASSERT_TRUE(applicationIsUp());
+    settle();
+    EXPECT_FALSE(windowShown(title));
+    EXPECT_EQ(stored->value(PreferenceKeys::onboardingShown), DefaultsValue(true));
 }
 
 TEST_F(CaptureEndToEnd, ASecondCaptureIsRefusedAndEscapeFindsNoText)

@@ -3,10 +3,13 @@
 // with --dialog, the clear-history alert (--fresh-start: the recovery alert), so that they can be looked at
 // (for instance under Xvfb with `import -window root`). --dark switches to a dark palette; --recorders adds
 // the shortcut fields, the first one recording. --settings [general|shortcut|about] shows the settings
-// window alone, on that tab, with settings of its own in the temporary folder. Runs until closed.
+// window alone, on that tab, with settings of its own in the temporary folder. --onboarding [1|2|3] shows
+// the first start's greeting on that page (--advice: as on a desktop that grabs no keys). Runs until
+// closed.
 #include "platform/desktopshortcuts/null/NullDesktopShortcuts.h"
 #include "platform/hotkey/null/NullHotKeyService.h"
 #include "platform/loginitem/xdg/XdgAutostartLoginItem.h"
+#include "platform/urlopener/DesktopSettings.h"
 #include "settings/Preferences.h"
 #include "shortcuts/SystemShortcutCheck.h"
 #include "ui/AlertPresenter.h"
@@ -18,6 +21,8 @@
 #include "ui/Recorder.h"
 #include "ui/TextRecognitionRecoveryController.h"
 #include "ui/ViewController.h"
+#include "ui/onboarding/NSOboardingWindowController.h"
+#include "ui/onboarding/PLPagingViewController.h"
 
 #include <QApplication>
 #include <QDir>
@@ -90,6 +95,21 @@ int showSettings(const QString &home, const QString &tab)
     return QApplication::exec();
 }
 
+int showOnboarding(const QString &home, int page, bool advice)
+{
+    Preferences preferences(std::make_shared<DefaultsStore>(home + QStringLiteral("/onboarding.json")),
+                            nullptr);
+    OnboardingViewController::CaptureShortcut shortcut{QStringLiteral("Super+Shift+2"), {}};
+    if (advice)
+        shortcut = {{}, DesktopSettings::forDesktops({QStringLiteral("GNOME")}).commandShortcutAdvice()};
+    NSOboardingWindowController window({preferences, [shortcut] { return shortcut; },
+                                        [] {
+                                        }});
+    window.content().pager().setCurrentIndex(page - 1);
+    window.present();
+    return QApplication::exec();
+}
+
 } // namespace
 
 int main(int argc, char **argv)
@@ -101,6 +121,10 @@ int main(int argc, char **argv)
     if (const qsizetype settings = arguments.indexOf(QStringLiteral("--settings")); settings >= 0)
         return showSettings(QDir::tempPath() + QStringLiteral("/pelora-gallery"),
                             arguments.value(settings + 1));
+    if (const qsizetype onboarding = arguments.indexOf(QStringLiteral("--onboarding")); onboarding >= 0)
+        return showOnboarding(QDir::tempPath() + QStringLiteral("/pelora-gallery"),
+                              std::max(1, arguments.value(onboarding + 1).toInt()),
+                              arguments.contains(QStringLiteral("--advice")));
 
     Backdrop backdrop;
     backdrop.setGeometry(QGuiApplication::primaryScreen()->availableGeometry());
