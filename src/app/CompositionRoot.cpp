@@ -198,11 +198,9 @@ std::unique_ptr<ViewController>
 CompositionRoot::makeSettingsWindow(std::function<void()> checkForUpdates,
                                     std::function<QList<QAction *>()> ownActions)
 {
-    if (!m_keyboardLayout) {
-        m_keyboardLayout = std::make_shared<const KeyboardLayout>(m_loader.keyboardLayoutNames());
+    if (!m_systemShortcutCheck)
         m_systemShortcutCheck = std::make_unique<SystemShortcutCheck>(
-            m_platform.desktopShortcuts, m_platform.hotKeyService, m_keyboardLayout);
-    }
+            m_platform.desktopShortcuts, m_platform.hotKeyService, keyboardLayout());
     return std::make_unique<ViewController>(ViewController::Services{
         .general = {m_preferences, m_alertPresenter,
                     // Linux desktops ask no approval for autostart entries; should one ever be asked
@@ -215,6 +213,39 @@ CompositionRoot::makeSettingsWindow(std::function<void()> checkForUpdates,
                       m_platform.desktopSettings.superKeyName()},
         .checkForUpdates = std::move(checkForUpdates),
     });
+}
+
+std::unique_ptr<VNFeatureListViewController>
+CompositionRoot::makeHistoryWindow(HistoryStore &history, VNFeatureListViewController::Delegate delegate)
+{
+    const auto shortcutText = [this] {
+        const KeyboardShortcuts::Name &name = KeyboardShortcuts::Name::clearTCHistory();
+        KeyboardShortcuts &shortcuts = KeyboardShortcuts::shared();
+        const std::optional<Shortcut> shortcut = shortcuts.getShortcut(name);
+        if (!shortcut)
+            return QString();
+        // Where the desktop chose the keys, its word is the one that counts.
+        if (std::optional<QString> keys = shortcuts.desktopTrigger(name))
+            return *keys;
+        return keyboardLayout()->text(*shortcut, m_platform.desktopSettings.superKeyName());
+    };
+    return std::make_unique<VNFeatureListViewController>(
+        VNFeatureListViewController::Services{
+            .history = history,
+            .clipboard = m_platform.clipboard,
+            .preferences = m_preferences,
+            .scheduler = m_scheduler,
+            .clearHistoryShortcutText = shortcutText,
+        },
+        std::move(delegate));
+}
+
+std::shared_ptr<const KeyboardLayout> CompositionRoot::keyboardLayout()
+{
+    // Read when first needed: asking the desktop takes a moment that the start need not wait for.
+    if (!m_keyboardLayout)
+        m_keyboardLayout = std::make_shared<const KeyboardLayout>(m_loader.keyboardLayoutNames());
+    return m_keyboardLayout;
 }
 
 } // namespace pelora

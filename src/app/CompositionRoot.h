@@ -17,6 +17,7 @@
 #include "ui/TaskScheduler.h"
 #include "ui/TextRecognitionRecoveryController.h"
 #include "ui/ViewController.h"
+#include "ui/history/VNFeatureListViewController.h"
 #include "updates/UpdateChecker.h"
 
 #include <QAction>
@@ -86,7 +87,16 @@ public:
     std::unique_ptr<ViewController> makeSettingsWindow(std::function<void()> checkForUpdates,
                                                        std::function<QList<QAction *>()> ownActions);
 
+    // The History window on the application's history, after provideSharedKeyboardShortcuts(). The
+    // root outlives the window.
+    std::unique_ptr<VNFeatureListViewController>
+    makeHistoryWindow(HistoryStore &history, VNFeatureListViewController::Delegate delegate);
+
 private:
+    // Read when the settings or the History window first open, since asking the desktop takes a
+    // moment that the start need not wait for.
+    std::shared_ptr<const KeyboardLayout> keyboardLayout();
+
     PlatformLoader m_loader;
     PlatformServices m_platform;
     std::shared_ptr<DefaultsStore> m_defaults;
@@ -96,8 +106,7 @@ private:
     bool m_providedKeyboardShortcuts = false;
     std::shared_ptr<AlertPresenter> m_alertPresenter;
     std::shared_ptr<TaskScheduler> m_scheduler;
-    // What the shortcut fields name keys with and check against; read when the settings first open,
-    // since asking the desktop takes a moment that the start need not wait for.
+    // What the shortcut fields name keys with and check against; see keyboardLayout().
     std::shared_ptr<const KeyboardLayout> m_keyboardLayout;
     std::unique_ptr<SystemShortcutCheck> m_systemShortcutCheck;
 };

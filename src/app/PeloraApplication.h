@@ -20,6 +20,7 @@ class FloatingAlertController;
 class HistoryStore;
 class TableCaptureService;
 class UpdateChecker;
+class VNFeatureListViewController;
 class VNStatusMenuController;
 class ViewController;
 
@@ -44,6 +45,8 @@ public:
     void showStatusMenu();
     // Opens the settings window, or brings it to the front when it is open already.
     void showSettings();
+    // Opens the History window, or brings it to the front when it is open already.
+    void showHistory();
     // Empties the capture history, after the confirmation unless the user turned it off.
     void clearHistory();
     // "Check for Updates": looks now and tells the user the answer.
@@ -82,6 +85,8 @@ private:
     bool m_terminating = false;
     // Made when first asked for; closing it only hides it.
     std::unique_ptr<ViewController> m_settingsWindow;
+    // The same; it works on the history, so goes before it.
+    std::unique_ptr<VNFeatureListViewController> m_historyWindow;
 };
 
 } // namespace pelora

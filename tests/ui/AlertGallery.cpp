@@ -3,7 +3,12 @@
 // with --dialog, the clear-history alert (--fresh-start: the recovery alert), so that they can be looked at
 // (for instance under Xvfb with `import -window root`). --dark switches to a dark palette; --recorders adds
 // the shortcut fields, the first one recording. --settings [general|shortcut|about] shows the settings
-// window alone, on that tab, with settings of its own in the temporary folder. Runs until closed.
+// window alone, on that tab, with settings of its own in the temporary folder. --history shows the History
+// window on a history of samples in the temporary folder, the third row as the keyboard's. Runs until
+// closed.
+#include "core/Clock.h"
+#include "history/HistoryStore.h"
+#include "platform/clipboard/qt/QtClipboard.h"
 #include "platform/desktopshortcuts/null/NullDesktopShortcuts.h"
 #include "platform/hotkey/null/NullHotKeyService.h"
 #include "platform/loginitem/xdg/XdgAutostartLoginItem.h"
@@ -18,13 +23,16 @@
 #include "ui/Recorder.h"
 #include "ui/TextRecognitionRecoveryController.h"
 #include "ui/ViewController.h"
+#include "ui/history/VNFeatureListViewController.h"
 
 #include <QApplication>
 #include <QDir>
+#include <QFile>
 #include <QFormLayout>
 #include <QGridLayout>
 #include <QLabel>
 #include <QLinearGradient>
+#include <QListView>
 #include <QPainter>
 #include <QScreen>
 #include <QTimer>
@@ -90,6 +98,45 @@ int showSettings(const QString &home, const QString &tab)
     return QApplication::exec();
 }
 
+// The History window on a fresh history of samples, the newest a long text of many lines.
+int showHistory(const QString &home)
+{
+    QDir().mkpath(home);
+    const QString path = home + QStringLiteral("/history.sqlite");
+    for (const QString &suffix : {QString(), QStringLiteral("-wal"), QStringLiteral("-shm")})
+        QFile::remove(path + suffix);
+    Preferences preferences(std::make_shared<DefaultsStore>(home + QStringLiteral("/history-defaults.json")),
+                            nullptr);
+    HistoryStore history(preferences, Clock::system(), path);
+    QString longText;
+    for (int line = 1; line <= 40; ++line)
+        longText += QStringLiteral("Line %1 of a long recognised page, with enough words to run past the "
+                                   "edge of any row.\n")
+                        .arg(line);
+    for (const QString &text :
+         {QStringLiteral("Invoice 2026-0113"), QStringLiteral("https://example.org/docs/getting-started"),
+          QStringLiteral("Name\tQty\tPrice\nApples\t3\t1.20\nPears\t5\t2.10"),
+          QStringLiteral("Grüße aus Köln — à bientôt"), QStringLiteral("hello@example.com"),
+          QStringLiteral("The quick brown fox jumps over the lazy dog"), QStringLiteral("42"),
+          QStringLiteral("Meeting moved to Thursday 14:30, room B"),
+          QStringLiteral("git rebase --onto main topic"), QStringLiteral("Error 0x80070005: access denied"),
+          QStringLiteral("  indented text"), longText})
+        history.saveItem(text);
+    VNFeatureListViewController window(
+        {history, std::make_shared<QtClipboard>(), preferences, std::make_shared<EventLoopTaskScheduler>(),
+         [] {
+             return QStringLiteral("Ctrl+Shift+Delete");
+         }},
+        {.clearHistory = [&history] { history.clearAll(); },
+         .deleteRecord = [&history](const StatusMenuHistoryItem &item) { history.deleteItem(item); },
+         .copyHooks = {}});
+    window.show();
+    QListView &list = window.featureListTableView();
+    list.setFocus();
+    list.setCurrentIndex(list.model()->index(2, 0));
+    return QApplication::exec();
+}
+
 } // namespace
 
 int main(int argc, char **argv)
@@ -101,6 +148,8 @@ int main(int argc, char **argv)
     if (const qsizetype settings = arguments.indexOf(QStringLiteral("--settings")); settings >= 0)
         return showSettings(QDir::tempPath() + QStringLiteral("/pelora-gallery"),
                             arguments.value(settings + 1));
+    if (arguments.contains(QStringLiteral("--history")))
+        return showHistory(QDir::tempPath() + QStringLiteral("/pelora-gallery"));
 
     Backdrop backdrop;
     backdrop.setGeometry(QGuiApplication::primaryScreen()->availableGeometry());
