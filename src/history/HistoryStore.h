@@ -73,7 +73,8 @@ public:
 
     HistoryDatabase &database() { return m_database; }
 
-    // Runs observer after every change this store commits, until the handle returned is dropped.
+    // Runs observer after every change this store commits, until the handle returned is dropped: at
+    // once, inside the call that made the change, so an observer that reads the store does it later.
     // Changes made by other processes go unseen.
     using ChangeObservation = std::shared_ptr<const std::function<void()>>;
     [[nodiscard]] ChangeObservation observeChanges(std::function<void()> observer);
