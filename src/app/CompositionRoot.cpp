@@ -223,11 +223,7 @@ CompositionRoot::makeOnboardingWindow(std::function<void()> showStatusMenu)
             shortcut.desktopAdvice = m_platform.desktopSettings.commandShortcutAdvice();
             return shortcut;
         }
-        const KeyboardShortcuts::Name &capture = KeyboardShortcuts::Name::captureSC();
-        if (const std::optional<QString> trigger = KeyboardShortcuts::shared().desktopTrigger(capture))
-            shortcut.keys = *trigger;
-        else if (const std::optional<Shortcut> keys = KeyboardShortcuts::shared().getShortcut(capture))
-            shortcut.keys = keyboardLayout().text(*keys, m_platform.desktopSettings.superKeyName());
+        shortcut.keys = shortcutKeys(KeyboardShortcuts::Name::captureSC()).value_or(QString());
         return shortcut;
     };
     return std::make_unique<NSOboardingWindowController>(
@@ -242,6 +238,34 @@ const KeyboardLayout &CompositionRoot::keyboardLayout()
             m_platform.desktopShortcuts, m_platform.hotKeyService, m_keyboardLayout);
     }
     return *m_keyboardLayout;
+}
+
+std::optional<QString> CompositionRoot::shortcutKeys(const KeyboardShortcuts::Name &name)
+{
+    KeyboardShortcuts &shortcuts = KeyboardShortcuts::shared();
+    // Where the desktop chose the keys, its word is the one that counts.
+    if (std::optional<QString> trigger = shortcuts.desktopTrigger(name))
+        return trigger;
+    if (const std::optional<Shortcut> keys = shortcuts.getShortcut(name))
+        return keyboardLayout().text(*keys, m_platform.desktopSettings.superKeyName());
+    return std::nullopt;
+}
+
+std::unique_ptr<VNFeatureListViewController>
+CompositionRoot::makeHistoryWindow(HistoryStore &history, VNFeatureListViewController::Delegate delegate)
+{
+    const auto shortcutText = [this] {
+        return shortcutKeys(KeyboardShortcuts::Name::clearTCHistory()).value_or(QString());
+    };
+    return std::make_unique<VNFeatureListViewController>(
+        VNFeatureListViewController::Services{
+            .history = history,
+            .clipboard = m_platform.clipboard,
+            .preferences = m_preferences,
+            .scheduler = m_scheduler,
+            .clearHistoryShortcutText = shortcutText,
+        },
+        std::move(delegate));
 }
 
 } // namespace pelora

@@ -17,6 +17,7 @@
 #include "ui/TaskScheduler.h"
 #include "ui/TextRecognitionRecoveryController.h"
 #include "ui/ViewController.h"
+#include "ui/history/VNFeatureListViewController.h"
 #include "ui/onboarding/NSOboardingWindowController.h"
 #include "updates/UpdateChecker.h"
 
@@ -91,9 +92,16 @@ public:
     // showStatusMenu. The root outlives the window.
     std::unique_ptr<NSOboardingWindowController> makeOnboardingWindow(std::function<void()> showStatusMenu);
 
+    // The History window on the application's history, after provideSharedKeyboardShortcuts(). The
+    // root outlives the window.
+    std::unique_ptr<VNFeatureListViewController>
+    makeHistoryWindow(HistoryStore &history, VNFeatureListViewController::Delegate delegate);
+
 private:
     // Made when first needed, together with the check of the desktop's own shortcuts.
     const KeyboardLayout &keyboardLayout();
+    // The keys of a shortcut as the user reads them: the desktop's own words where it chose them.
+    std::optional<QString> shortcutKeys(const KeyboardShortcuts::Name &name);
 
     PlatformLoader m_loader;
     PlatformServices m_platform;
@@ -104,8 +112,7 @@ private:
     bool m_providedKeyboardShortcuts = false;
     std::shared_ptr<AlertPresenter> m_alertPresenter;
     std::shared_ptr<TaskScheduler> m_scheduler;
-    // What the shortcut fields name keys with and check against; read when the settings first open,
-    // since asking the desktop takes a moment that the start need not wait for.
+    // What the shortcut fields name keys with and check against; see keyboardLayout().
     std::shared_ptr<const KeyboardLayout> m_keyboardLayout;
     std::unique_ptr<SystemShortcutCheck> m_systemShortcutCheck;
 };

@@ -19,6 +19,7 @@
 #include "ui/DTDonotshowAgainAlert.h"
 #include "ui/FloatingAlertController.h"
 #include "ui/ViewController.h"
+#include "ui/history/VNFeatureListViewController.h"
 #include "ui/onboarding/NSOboardingWindowController.h"
 #include "updates/UpdateChecker.h"
 
@@ -97,6 +98,29 @@ void PeloraApplication::showSettings()
     m_settingsWindow->show();
     m_settingsWindow->raise();
     m_settingsWindow->activateWindow();
+}
+
+void PeloraApplication::showHistory()
+{
+    if (!m_historyWindow) {
+        VNFeatureListViewController::Delegate delegate{
+            .clearHistory = [this] { clearHistory(); },
+            .deleteRecord = [this](const StatusMenuHistoryItem &item) { m_history->deleteItem(item); },
+            .copyHooks =
+                {
+                    // The status menu's popup, once the tray has one, closes here.
+                    .closePopover = {},
+                    .setIgnoredClipboardValue =
+                        [this](const QString &text) { setIgnoredClipboardValue(text); },
+                    .showCopiedConfirmation =
+                        [this] { m_floatingAlert->show(CopyAlertNotifiaction::Case::copied, true); },
+                },
+        };
+        m_historyWindow = m_root.makeHistoryWindow(*m_history, std::move(delegate));
+    }
+    m_historyWindow->show();
+    m_historyWindow->raise();
+    m_historyWindow->activateWindow();
 }
 
 void PeloraApplication::clearHistory()

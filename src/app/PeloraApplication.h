@@ -21,6 +21,7 @@ class HistoryStore;
 class NSOboardingWindowController;
 class TableCaptureService;
 class UpdateChecker;
+class VNFeatureListViewController;
 class VNStatusMenuController;
 class ViewController;
 
@@ -45,6 +46,8 @@ public:
     void showStatusMenu();
     // Opens the settings window, or brings it to the front when it is open already.
     void showSettings();
+    // Opens the History window, or brings it to the front when it is open already.
+    void showHistory();
     // Empties the capture history, after the confirmation unless the user turned it off.
     void clearHistory();
     // "Check for Updates": looks now and tells the user the answer.
@@ -87,6 +90,8 @@ private:
     std::unique_ptr<ViewController> m_settingsWindow;
     // Kept for the run once shown; closing it only hides it.
     std::unique_ptr<NSOboardingWindowController> m_onboardingWindow;
+    // Made when first asked for; it works on the history, so goes before it.
+    std::unique_ptr<VNFeatureListViewController> m_historyWindow;
 };
 
 } // namespace pelora

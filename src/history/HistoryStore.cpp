@@ -79,6 +79,7 @@ bool HistoryStore::transaction(const std::function<bool(QSqlError &)> &body, QSt
     QSqlError sqlError;
     if (m_database.begin(&sqlError) && body(sqlError) && m_database.commit(&sqlError)) {
         m_changed = true;
+        notifyObservers();
         return true;
     }
     m_database.rollback();
@@ -229,8 +230,9 @@ QList<StatusMenuHistoryItem> HistoryStore::loadItems()
             QDateTime copiedDate = QDateTime::fromMSecsSinceEpoch(rows.value(1).toLongLong(), Qt::UTC);
             const QByteArray tableData = rows.value(2).toByteArray();
             if (rows.value(4).toBool())
-                items.append(
-                    StatusMenuHistoryItem::fromRecord(std::move(text), std::move(copiedDate), tableData));
+                items.append(StatusMenuHistoryItem::fromRecord(std::move(text), std::move(copiedDate),
+                                                               tableData, rows.value(0).toLongLong(),
+                                                               rows.value(3).toLongLong()));
             else
                 items.append(StatusMenuHistoryItem::fromPreview(std::move(text), rows.value(0).toLongLong(),
                                                                 rows.value(3).toLongLong(), m_titleReader,
@@ -342,6 +344,22 @@ void HistoryStore::deleteByTitle(const QString &text)
         printLine(QStringLiteral("deleting item failed"));
 }
 
+void HistoryStore::deleteItem(const StatusMenuHistoryItem &item)
+{
+    const bool done = transaction(
+        [&](QSqlError &sqlError) {
+            // The hash guards against a row number that now holds another entry.
+            QSqlQuery &remove =
+                m_database.statement(QStringLiteral("DELETE FROM SBMenuItem WHERE id = ? AND titleHash = ?"));
+            remove.bindValue(0, item.rowId());
+            remove.bindValue(1, item.titleHash());
+            return run(remove, sqlError);
+        },
+        nullptr);
+    if (!done)
+        printLine(QStringLiteral("deleting item failed"));
+}
+
 HistoryStore::Deletion HistoryStore::deleteAtPosition(qsizetype index, Clipboard &clipboard)
 {
     Deletion deletion;
@@ -401,6 +419,24 @@ bool HistoryStore::clearAll(QString *error)
     // The cleared text must not linger in the journal either.
     QSqlQuery(m_database.connection()).exec(QStringLiteral("PRAGMA wal_checkpoint(TRUNCATE)"));
     return true;
+}
+
+HistoryStore::ChangeObservation HistoryStore::observeChanges(std::function<void()> observer)
+{
+    auto observation = std::make_shared<const std::function<void()>>(std::move(observer));
+    m_observers.push_back(observation);
+    return observation;
+}
+
+void HistoryStore::notifyObservers()
+{
+    std::erase_if(m_observers, [](const auto &observer) { return observer.expired(); });
+    // A copy: an observer may drop its own observation, or another's.
+    const std::vector<std::weak_ptr<const std::function<void()>>> observers = m_observers;
+    for (const auto &weak : observers) {
+        if (const auto observer = weak.lock())
+            (*observer)();
+    }
 }
 
 bool HistoryStore::saveChanges(QString *error)

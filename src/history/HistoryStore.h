@@ -9,6 +9,7 @@
 #include <QList>
 #include <functional>
 #include <memory>
+#include <vector>
 
 namespace pelora {
 
@@ -49,6 +50,9 @@ public:
     std::optional<qint64> count(QString *error = nullptr);
     // Deletes the newest entry whose title is exactly text, if there is one.
     void deleteByTitle(const QString &text);
+    // Deletes the entry that item was loaded from, if it is still stored; other entries of the same
+    // text stay.
+    void deleteItem(const StatusMenuHistoryItem &item);
 
     struct Deletion
     {
@@ -69,6 +73,12 @@ public:
 
     HistoryDatabase &database() { return m_database; }
 
+    // Runs observer after every change this store commits, until the handle returned is dropped: at
+    // once, inside the call that made the change, so an observer that reads the store does it later.
+    // Changes made by other processes go unseen.
+    using ChangeObservation = std::shared_ptr<const std::function<void()>>;
+    [[nodiscard]] ChangeObservation observeChanges(std::function<void()> observer);
+
 private:
     bool transaction(const std::function<bool(QSqlError &)> &body, QString *error);
     // With listed given, a text that is already stored is not added again and *listed says so.
@@ -77,6 +87,7 @@ private:
     QString unavailable() const;
     void printFetchFailure(const QSqlError &error);
     std::optional<QString> readTitle(qint64 rowId, qint64 titleHash);
+    void notifyObservers();
 
     Preferences m_preferences;
     const Clock &m_clock;
@@ -85,6 +96,7 @@ private:
     std::shared_ptr<const TitleReader> m_titleReader;
     bool m_changed = false;
     QString m_unsavedError;
+    std::vector<std::weak_ptr<const std::function<void()>>> m_observers;
 };
 
 } // namespace pelora

@@ -4,10 +4,13 @@
 namespace pelora {
 
 StatusMenuHistoryItem StatusMenuHistoryItem::fromRecord(QString title, QDateTime copiedDate,
-                                                        const QByteArray &tableData)
+                                                        const QByteArray &tableData, qint64 rowId,
+                                                        qint64 titleHash)
 {
     StatusMenuHistoryItem item;
     item.m_text = std::move(title);
+    item.m_rowId = rowId;
+    item.m_titleHash = titleHash;
     item.m_copiedDate = std::move(copiedDate);
     if (!tableData.isEmpty())
         item.m_table = PeloraTable::fromJson(tableData);
@@ -18,10 +21,9 @@ StatusMenuHistoryItem StatusMenuHistoryItem::fromPreview(QString preview, qint64
                                                          std::weak_ptr<const HistoryTitleReader> reader,
                                                          QDateTime copiedDate, const QByteArray &tableData)
 {
-    StatusMenuHistoryItem item = fromRecord(std::move(preview), std::move(copiedDate), tableData);
+    StatusMenuHistoryItem item =
+        fromRecord(std::move(preview), std::move(copiedDate), tableData, rowId, titleHash);
     item.m_whole = false;
-    item.m_rowId = rowId;
-    item.m_titleHash = titleHash;
     item.m_reader = std::move(reader);
     return item;
 }

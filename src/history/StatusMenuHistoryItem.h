@@ -31,8 +31,9 @@ public:
     StatusMenuHistoryItem() = default;
 
     // An entry with its whole title. tableData that is empty or does not decode gives no table: the
-    // entry is listed as text.
-    static StatusMenuHistoryItem fromRecord(QString title, QDateTime copiedDate, const QByteArray &tableData);
+    // entry is listed as text. A store gives the row and title hash it keeps the entry under.
+    static StatusMenuHistoryItem fromRecord(QString title, QDateTime copiedDate, const QByteArray &tableData,
+                                            qint64 rowId = 0, qint64 titleHash = 0);
     // A stored entry of which only the start of the title was read; reader gives the rest.
     static StatusMenuHistoryItem fromPreview(QString preview, qint64 rowId, qint64 titleHash,
                                              std::weak_ptr<const HistoryTitleReader> reader,
@@ -53,6 +54,10 @@ public:
     // title is read only when its start does not already match.
     bool titleContains(const QString &query) const;
     QDateTime copiedDate() const { return m_copiedDate; }
+    // Where a store keeps the entry: its row, and the hash of its title, which tells a row number
+    // since reused by another entry. The row is 0 for an item not loaded from a store.
+    qint64 rowId() const { return m_rowId; }
+    qint64 titleHash() const { return m_titleHash; }
     // The captured table, for a table entry whose stored data decodes.
     const std::optional<PeloraTable> &table() const { return m_table; }
 

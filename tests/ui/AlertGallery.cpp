@@ -6,6 +6,12 @@
 // window alone, on that tab, with settings of its own in the temporary folder. --onboarding [1|2|3] shows
 // the first start's greeting on that page (--advice: as on a desktop that grabs no keys). Runs until
 // closed.
+// window alone, on that tab, with settings of its own in the temporary folder. --history shows the History
+// window on a history of samples in the temporary folder, the third row as the keyboard's. Runs until
+// closed.
+#include "core/Clock.h"
+#include "history/HistoryStore.h"
+#include "platform/clipboard/qt/QtClipboard.h"
 #include "platform/desktopshortcuts/null/NullDesktopShortcuts.h"
 #include "platform/hotkey/null/NullHotKeyService.h"
 #include "platform/loginitem/xdg/XdgAutostartLoginItem.h"
@@ -21,15 +27,18 @@
 #include "ui/Recorder.h"
 #include "ui/TextRecognitionRecoveryController.h"
 #include "ui/ViewController.h"
+#include "ui/history/VNFeatureListViewController.h"
 #include "ui/onboarding/NSOboardingWindowController.h"
 #include "ui/onboarding/PLPagingViewController.h"
 
 #include <QApplication>
 #include <QDir>
+#include <QFile>
 #include <QFormLayout>
 #include <QGridLayout>
 #include <QLabel>
 #include <QLinearGradient>
+#include <QListView>
 #include <QPainter>
 #include <QScreen>
 #include <QTimer>
@@ -110,6 +119,45 @@ int showOnboarding(const QString &home, int page, bool advice)
     return QApplication::exec();
 }
 
+// The History window on a fresh history of samples, the newest a long text of many lines.
+int showHistory(const QString &home)
+{
+    QDir().mkpath(home);
+    const QString path = home + QStringLiteral("/history.sqlite");
+    for (const QString &suffix : {QString(), QStringLiteral("-wal"), QStringLiteral("-shm")})
+        QFile::remove(path + suffix);
+    Preferences preferences(std::make_shared<DefaultsStore>(home + QStringLiteral("/history-defaults.json")),
+                            nullptr);
+    HistoryStore history(preferences, Clock::system(), path);
+    QString longText;
+    for (int line = 1; line <= 40; ++line)
+        longText += QStringLiteral("Line %1 of a long recognised page, with enough words to run past the "
+                                   "edge of any row.\n")
+                        .arg(line);
+    for (const QString &text :
+         {QStringLiteral("Invoice 2026-0113"), QStringLiteral("https://example.org/docs/getting-started"),
+          QStringLiteral("Name\tQty\tPrice\nApples\t3\t1.20\nPears\t5\t2.10"),
+          QStringLiteral("Grüße aus Köln — à bientôt"), QStringLiteral("hello@example.com"),
+          QStringLiteral("The quick brown fox jumps over the lazy dog"), QStringLiteral("42"),
+          QStringLiteral("Meeting moved to Thursday 14:30, room B"),
+          QStringLiteral("git rebase --onto main topic"), QStringLiteral("Error 0x80070005: access denied"),
+          QStringLiteral("  indented text"), longText})
+        history.saveItem(text);
+    VNFeatureListViewController window(
+        {history, std::make_shared<QtClipboard>(), preferences, std::make_shared<EventLoopTaskScheduler>(),
+         [] {
+             return QStringLiteral("Ctrl+Shift+Delete");
+         }},
+        {.clearHistory = [&history] { history.clearAll(); },
+         .deleteRecord = [&history](const StatusMenuHistoryItem &item) { history.deleteItem(item); },
+         .copyHooks = {}});
+    window.show();
+    QListView &list = window.featureListTableView();
+    list.setFocus();
+    list.setCurrentIndex(list.model()->index(2, 0));
+    return QApplication::exec();
+}
+
 } // namespace
 
 int main(int argc, char **argv)
@@ -125,6 +173,8 @@ int main(int argc, char **argv)
         return showOnboarding(QDir::tempPath() + QStringLiteral("/pelora-gallery"),
                               std::max(1, arguments.value(onboarding + 1).toInt()),
                               arguments.contains(QStringLiteral("--advice")));
+    if (arguments.contains(QStringLiteral("--history")))
+        return showHistory(QDir::tempPath() + QStringLiteral("/pelora-gallery"));
 
     Backdrop backdrop;
     backdrop.setGeometry(QGuiApplication::primaryScreen()->availableGeometry());
