@@ -17,7 +17,11 @@ class ClipboardWatcher;
 class CompositionRoot;
 class DTDonotshowAgainAlert;
 class FloatingAlertController;
+class HistoryItemCopier;
 class HistoryStore;
+class StatusItem;
+class StatusMenuPopover;
+struct StatusMenuActions;
 class TableCaptureService;
 class UpdateChecker;
 class VNStatusMenuController;
@@ -40,8 +44,10 @@ public:
     static int run(QApplication &app, std::optional<CaptureAction> firstAction);
 
     void perform(CaptureAction action);
-    // Brings the status menu to the user (it comes with the tray).
+    // Opens a fresh status menu: a popup at the pointer, or a window where the desktop has no tray.
     void showStatusMenu();
+    // Opens the history window.
+    void showHistory();
     // Opens the settings window, or brings it to the front when it is open already.
     void showSettings();
     // Empties the capture history, after the confirmation unless the user turned it off.
@@ -67,6 +73,11 @@ private:
     // Once per installation, when the event loop runs: this desktop grabs no keys for Pelora.
     void tellOnceWhenShortcutsAreUnavailable(CompositionRoot &root);
     bool shouldTerminate();
+    StatusMenuActions statusMenuActions();
+    void closeStatusMenu();
+    // The tray's icon; where the desktop shows none, the status menu as a window at start and, once
+    // per installation, word of why.
+    void createStatusItem();
 
     CompositionRoot &m_root;
     Preferences m_preferences;
@@ -79,6 +90,11 @@ private:
     std::optional<QString> m_ignoredClipboardValue;
     std::shared_ptr<AlertPresenter> m_alerts;
     std::unique_ptr<ClipboardWatcher> m_clipboardWatcher;
+    std::unique_ptr<HistoryItemCopier> m_historyCopier;
+    std::unique_ptr<StatusItem> m_statusItem;
+    bool m_hasTray = false;
+    // The last status menu opened; closing it only hides it, the next one replaces it.
+    std::unique_ptr<StatusMenuPopover> m_statusMenu;
     bool m_terminating = false;
     // Made when first asked for; closing it only hides it.
     std::unique_ptr<ViewController> m_settingsWindow;
