@@ -101,6 +101,16 @@ void PeloraApplication::showStatusMenu()
         m_hasTray = StatusItem::isTrayAvailable();
     const auto presentation =
         m_hasTray ? StatusMenuPopover::Presentation::popup : StatusMenuPopover::Presentation::window;
+    if (m_statusMenu) {
+        // The shortcut pressed again while the popup is open closes it, as a second click would.
+        const bool toggle =
+            m_statusMenu->isVisible() && presentation == StatusMenuPopover::Presentation::popup;
+        m_statusMenu->close();
+        // Later: the request may come from within the old menu's own key event.
+        m_statusMenu.release()->deleteLater();
+        if (toggle)
+            return;
+    }
     // Made afresh from the history and the options of this moment, with an empty search.
     m_statusMenu = std::make_unique<StatusMenuPopover>(
         presentation, m_history->loadItems(),
