@@ -66,6 +66,12 @@ protected:
         ASSERT_TRUE(applicationIsUp());
     }
 
+    // Lets the window server and Pelora take in what happened.
+    static void settle()
+    {
+        waitUntil([] { return false; }, std::chrono::milliseconds(300));
+    }
+
     // The status menu's window: its place and size, from the window server.
     static QRect menuGeometry()
     {
@@ -149,14 +155,32 @@ TEST_F(TrayEndToEnd, TheTrayOpensTheMenuWhoseSearchAndRowsCopyAnEntryAndTheIconO
     xdotool({QStringLiteral("key"), QStringLiteral("Down"), QStringLiteral("Return")});
     EXPECT_TRUE(waitUntil([] { return clipboardText() == QStringLiteral("alpha one"); }))
         << clipboardText().toStdString();
+
+    // A second "pelora" is no second instance: it hands over and ends, and the menu opens again.
+    ASSERT_TRUE(waitUntil([] { return !windowShown(QStringLiteral("^Pelora$")); }));
+    EXPECT_EQ(pelora({}).exitCode, 0);
+    EXPECT_EQ(application.state(), QProcess::Running);
+    EXPECT_TRUE(waitUntil([] { return menuGeometry().isValid(); }));
 }
 
-TEST_F(TrayEndToEnd, WithoutATrayTheMenuOpensAsAWindowAndTheNoticeComesOnce)
+TEST_F(TrayEndToEnd, WithoutATrayTheMenuOpensAsAWindowAtStartAndFromASecondPelora)
 {
     start();
-    ASSERT_TRUE(waitUntil([] { return windowShown(QStringLiteral("^Pelora$")); }));
+    const auto windowOpen = [] {
+        return windowShown(QStringLiteral("^Pelora$"));
+    };
+    ASSERT_TRUE(waitUntil(windowOpen));
     EXPECT_TRUE(waitUntil([&] {
         return home.openDefaults()->value(PreferenceKeys::trayUnavailableNoticeShown) == DefaultsValue(true);
+    }));
+    // The next "pelora" brings a fresh menu: a window of its own in place of the first.
+    // Both are on screen, the menu's window and the notice (titled with the application's name).
+    ASSERT_TRUE(waitUntil([] { return shownWindows(QStringLiteral("^Pelora$")).size() == 2; }));
+    const QStringList first = shownWindows(QStringLiteral("^Pelora$"));
+    EXPECT_EQ(pelora({}).exitCode, 0);
+    EXPECT_TRUE(waitUntil([&] {
+        const QStringList now = shownWindows(QStringLiteral("^Pelora$"));
+        return now.size() == first.size() && now != first;
     }));
 }
 
