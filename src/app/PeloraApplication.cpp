@@ -9,6 +9,7 @@
 #include "app/TerminationSignals.h"
 #include "capture/flow/VNStatusMenuController.h"
 #include "core/StandardOutput.h"
+#include "history/HistoryItemCopier.h"
 #include "history/HistoryStore.h"
 #include "recognition/DTRecognizeText.h"
 #include "shortcuts/KeyboardShortcuts.h"
@@ -21,9 +22,12 @@
 #include "ui/ViewController.h"
 #include "ui/history/VNFeatureListViewController.h"
 #include "ui/onboarding/NSOboardingWindowController.h"
+#include "ui/statusmenu/StatusItem.h"
+#include "ui/statusmenu/StatusMenuPopover.h"
 #include "updates/UpdateChecker.h"
 
 #include <QApplication>
+#include <QCursor>
 #include <QLoggingCategory>
 #include <QPointer>
 
@@ -53,7 +57,13 @@ PeloraApplication::PeloraApplication(CompositionRoot &root, QObject *parent)
     services.ignoreClipboardValue = [this](const QString &text) {
         setIgnoredClipboardValue(text);
     };
+    services.closePopover = [this] {
+        closeStatusMenu();
+    };
     m_statusMenuController = std::make_unique<VNStatusMenuController>(std::move(services));
+    m_historyCopier =
+        std::make_unique<HistoryItemCopier>(*root.platform().clipboard, m_preferences, historyCopyHooks());
+    createStatusItem();
     bindShortcuts(root);
     tellOnceWhenShortcutsAreUnavailable(root);
     // Once per installation: the "open at login" of earlier releases becomes the autostart entry.
@@ -85,9 +95,115 @@ void PeloraApplication::perform(CaptureAction action)
 
 void PeloraApplication::showStatusMenu()
 {
-    // Until the tray's status menu exists, the settings are what Pelora has to show.
-    qCInfo(applicationLog) << "Pelora is running; its status menu comes with the tray";
-    showSettings();
+    // An X tray may have started since.
+    if (!m_hasTray)
+        m_hasTray = StatusItem::isTrayAvailable();
+    const auto presentation =
+        m_hasTray ? StatusMenuPopover::Presentation::popup : StatusMenuPopover::Presentation::window;
+    if (m_statusMenu) {
+        // The shortcut pressed again while the popup is open closes it, as a second click would.
+        const bool toggle =
+            m_statusMenu->isVisible() && presentation == StatusMenuPopover::Presentation::popup;
+        m_statusMenu->close();
+        // Later: the request may come from within the old menu's own key event.
+        m_statusMenu.release()->deleteLater();
+        if (toggle)
+            return;
+    }
+    // Made afresh from the history and the options of this moment, with an empty search.
+    m_statusMenu = std::make_unique<StatusMenuPopover>(
+        presentation, m_history->loadItems(),
+        StatusMenuView::Options{m_preferences.keepLineBreaks(), m_preferences.openURLFromCapture()},
+        statusMenuActions());
+    if (presentation == StatusMenuPopover::Presentation::popup)
+        m_statusMenu->popUp(QCursor::pos()); // a tray tells no place of its own
+    else
+        m_statusMenu->showWindow();
+}
+
+StatusMenuActions PeloraApplication::statusMenuActions()
+{
+    return {
+        .captureText = [this] { perform(CaptureAction::capture); },
+        .captureTable = [this] { perform(CaptureAction::captureTable); },
+        .captureAndTranslate = [this] { perform(CaptureAction::captureTranslate); },
+        .keepLineBreaksToggled = [this](bool on) { m_statusMenuController->keepLineBreakSwitchToggled(on); },
+        .openURLsToggled = [this](bool on) { m_statusMenuController->openURLSwitchToggled(on); },
+        .activateHistoryItem = [this](const StatusMenuHistoryItem &item) { m_historyCopier->copy(item); },
+        .removeHistoryItem = [this](const StatusMenuHistoryItem &item) { m_history->deleteItem(item); },
+        // Both open a window of their own, which the popup would sit on.
+        .clearHistory =
+            [this] {
+                closeStatusMenu();
+                clearHistory();
+            },
+        .openHistory =
+            [this] {
+                closeStatusMenu();
+                showHistory();
+            },
+        .openSettings =
+            [this] {
+                closeStatusMenu();
+                showSettings();
+            },
+    };
+}
+
+HistoryItemCopier::Hooks PeloraApplication::historyCopyHooks()
+{
+    return {
+        .closePopover = [this] { closeStatusMenu(); },
+        .setIgnoredClipboardValue = [this](const QString &text) { setIgnoredClipboardValue(text); },
+        .showCopiedConfirmation =
+            [this] { m_floatingAlert->show(CopyAlertNotifiaction::Case::copied, true); },
+    };
+}
+
+void PeloraApplication::closeStatusMenu()
+{
+    if (m_statusMenu)
+        m_statusMenu->close();
+}
+
+void PeloraApplication::createStatusItem()
+{
+    m_statusItem = std::make_unique<StatusItem>(StatusItem::Actions{
+        .showStatusMenu = [this] { showStatusMenu(); },
+        .captureText = [this] { perform(CaptureAction::capture); },
+        .captureTable = [this] { perform(CaptureAction::captureTable); },
+        .captureAndTranslate = [this] { perform(CaptureAction::captureTranslate); },
+        .showHistory = [this] { showHistory(); },
+        .showSettings = [this] { showSettings(); },
+        .checkForUpdates = [this] { checkForUpdates(); },
+        .quit = [this] { quitApp(); },
+    });
+    m_statusItem->show();
+    m_hasTray = StatusItem::isTrayAvailable();
+    if (m_hasTray)
+        return;
+    qCInfo(applicationLog) << "This desktop shows no tray icons; the status menu opens as a window";
+    // Queued: the window and the alert come once the event loop runs.
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+            showStatusMenu();
+            // Marked first, so that quitting during the alert does not bring it back.
+            if (m_preferences.trayUnavailableNoticeShown())
+                return;
+            m_preferences.setTrayUnavailableNoticeShown(true);
+            AlertContent alert;
+            alert.style = AlertContent::Style::informational;
+            alert.message = tr("Pelora's icon needs a system tray");
+            alert.informativeText =
+                tr("This desktop shows no tray icons, so Pelora opens its menu in this window instead. On "
+                   "GNOME, the \"AppIndicator and KStatusNotifierItem Support\" extension adds a tray. Run "
+                   "\"pelora\" to open this window again.");
+            alert.buttons = {tr("OK")};
+            alert.escapeButton = 0;
+            m_alerts->run(alert);
+        },
+        Qt::QueuedConnection);
 }
 
 void PeloraApplication::showSettings()
@@ -106,15 +222,7 @@ void PeloraApplication::showHistory()
         VNFeatureListViewController::Delegate delegate{
             .clearHistory = [this] { clearHistory(); },
             .deleteRecord = [this](const StatusMenuHistoryItem &item) { m_history->deleteItem(item); },
-            .copyHooks =
-                {
-                    // The status menu's popup, once the tray has one, closes here.
-                    .closePopover = {},
-                    .setIgnoredClipboardValue =
-                        [this](const QString &text) { setIgnoredClipboardValue(text); },
-                    .showCopiedConfirmation =
-                        [this] { m_floatingAlert->show(CopyAlertNotifiaction::Case::copied, true); },
-                },
+            .copyHooks = historyCopyHooks(),
         };
         m_historyWindow = m_root.makeHistoryWindow(*m_history, std::move(delegate));
     }

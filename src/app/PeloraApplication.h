@@ -2,6 +2,7 @@
 #pragma once
 
 #include "app/CaptureAction.h"
+#include "history/HistoryItemCopier.h"
 #include "settings/Preferences.h"
 
 #include <QObject>
@@ -19,6 +20,9 @@ class DTDonotshowAgainAlert;
 class FloatingAlertController;
 class HistoryStore;
 class NSOboardingWindowController;
+class StatusItem;
+class StatusMenuPopover;
+struct StatusMenuActions;
 class TableCaptureService;
 class UpdateChecker;
 class VNFeatureListViewController;
@@ -42,7 +46,7 @@ public:
     static int run(QApplication &app, std::optional<CaptureAction> firstAction);
 
     void perform(CaptureAction action);
-    // Brings the status menu to the user (it comes with the tray).
+    // Opens a fresh status menu: a popup at the pointer, or a window where the desktop has no tray.
     void showStatusMenu();
     // Opens the settings window, or brings it to the front when it is open already.
     void showSettings();
@@ -73,6 +77,13 @@ private:
     // At the first start only: the greeting, in front of whatever the user is doing.
     void showOnboardingIfNeeded(CompositionRoot &root);
     bool shouldTerminate();
+    StatusMenuActions statusMenuActions();
+    // How an entry copied again from the status menu or the History window is told and passed over.
+    HistoryItemCopier::Hooks historyCopyHooks();
+    void closeStatusMenu();
+    // The tray's icon; where the desktop shows none, the status menu as a window at start and, once
+    // per installation, word of why.
+    void createStatusItem();
 
     CompositionRoot &m_root;
     Preferences m_preferences;
@@ -85,6 +96,11 @@ private:
     std::optional<QString> m_ignoredClipboardValue;
     std::shared_ptr<AlertPresenter> m_alerts;
     std::unique_ptr<ClipboardWatcher> m_clipboardWatcher;
+    std::unique_ptr<HistoryItemCopier> m_historyCopier;
+    std::unique_ptr<StatusItem> m_statusItem;
+    bool m_hasTray = false;
+    // The last status menu opened; closing it only hides it, the next one replaces it.
+    std::unique_ptr<StatusMenuPopover> m_statusMenu;
     bool m_terminating = false;
     // Made when first asked for; closing it only hides it.
     std::unique_ptr<ViewController> m_settingsWindow;

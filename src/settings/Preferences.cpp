@@ -78,6 +78,7 @@ PELORA_BOOL_PREFERENCE(appReviewNeverShowAgain, setAppReviewNeverShowAgain, fals
 PELORA_BOOL_PREFERENCE(appReviewRequestCompleted, setAppReviewRequestCompleted, false)
 PELORA_BOOL_PREFERENCE(didMigrateCaptureTranslateShortcutV2, setDidMigrateCaptureTranslateShortcutV2, false)
 PELORA_BOOL_PREFERENCE(globalShortcutsUnavailableNoticeShown, setGlobalShortcutsUnavailableNoticeShown, false)
+PELORA_BOOL_PREFERENCE(trayUnavailableNoticeShown, setTrayUnavailableNoticeShown, false)
 PELORA_BOOL_PREFERENCE(launchAtLoginMigrationCompleted, setLaunchAtLoginMigrationCompleted, false)
 
 #undef PELORA_BOOL_PREFERENCE

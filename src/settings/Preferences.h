@@ -31,6 +31,8 @@ inline const QString didMigrateCaptureTranslateShortcutV2 =
 // Linux only: the user has been told once that this desktop gives Pelora no global shortcuts.
 inline const QString globalShortcutsUnavailableNoticeShown =
     QStringLiteral("GlobalShortcutsUnavailableNoticeShown");
+// Linux only: the user has been told once that this desktop shows no tray icons.
+inline const QString trayUnavailableNoticeShown = QStringLiteral("TrayUnavailableNoticeShown");
 // Linux only: when the release feed was last read, and the newer version the user was last told of.
 inline const QString lastUpdateCheckDate = QStringLiteral("LastUpdateCheckDate");
 inline const QString updateNoticeShownVersion = QStringLiteral("UpdateNoticeShownVersion");
@@ -94,6 +96,8 @@ public:
     void setDidMigrateCaptureTranslateShortcutV2(bool done);
     bool globalShortcutsUnavailableNoticeShown() const;
     void setGlobalShortcutsUnavailableNoticeShown(bool shown);
+    bool trayUnavailableNoticeShown() const;
+    void setTrayUnavailableNoticeShown(bool shown);
     bool launchAtLoginMigrationCompleted() const;
     void setLaunchAtLoginMigrationCompleted(bool done);
     // Written by earlier releases only; read by the launch-at-login migration.

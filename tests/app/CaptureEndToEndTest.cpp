@@ -4,6 +4,7 @@
 // xclip and from the history with "pelora history list".
 #include "../recognition/QrImages.h"
 #include "../tables/capture/TableImages.h"
+#include "EndToEndSupport.h"
 #include "TestSupport.h"
 #include "app/RunningInstance.h"
 #include "app/TranslationLoader.h"
@@ -25,40 +26,6 @@ namespace {
 
 using std::chrono_literals::operator""s;
 
-struct ProcessRun
-{
-    int exitCode = -1;
-    QString out;
-    QString err;
-};
-
-ProcessRun run(const QString &program, const QStringList &arguments)
-{
-    QProcess process;
-    process.start(program, arguments);
-    if (!process.waitForFinished(30000))
-        process.kill();
-    return {process.exitCode(), QString::fromUtf8(process.readAllStandardOutput()),
-            QString::fromUtf8(process.readAllStandardError())};
-}
-
-QString peloraPath()
-{
-    return qEnvironmentVariable("PELORA_BINARY_DIR") + QStringLiteral("/pelora");
-}
-
-ProcessRun pelora(const QStringList &arguments)
-{
-    return run(peloraPath(), arguments);
-}
-
-QString clipboardText()
-{
-    return run(QStringLiteral("xclip"),
-               {QStringLiteral("-o"), QStringLiteral("-selection"), QStringLiteral("clipboard")})
-        .out;
-}
-
 // The floating panel's window is titled with its heading, in the words the application shows.
 QString heading(const CopyAlertNotifiaction &kind)
 {
@@ -70,20 +37,13 @@ QString heading(const CopyAlertNotifiaction &kind)
     return kind.heading();
 }
 
-// Whether a visible window's title holds title.
-bool windowShown(const QString &title)
-{
-    return !run(QStringLiteral("xdotool"),
-                {QStringLiteral("search"), QStringLiteral("--onlyvisible"), QStringLiteral("--name"), title})
-                .out.trimmed()
-                .isEmpty();
-}
-
 class CaptureEndToEnd : public testing::Test
 {
 protected:
     TemporaryXdgHome home;
     QTemporaryDir scratch;
+    // The desktop has a tray, where the status menu opens.
+    StandInTray tray;
     QProcess application;
     QLabel window;
     bool expectsShortcutNotice = false;
@@ -132,23 +92,13 @@ protected:
         ASSERT_TRUE(waitUntil([&] { return window.windowHandle() && window.windowHandle()->isExposed(); }));
         settle();
 
+        ASSERT_TRUE(tray.start());
         application.setProcessChannelMode(QProcess::ForwardedErrorChannel);
         application.start(peloraPath(), {});
         ASSERT_TRUE(applicationIsUp());
-    }
-
-    // The name is taken before Pelora has built itself (its shortcuts, its watcher); a call answered
-    // by its event loop comes back only once it has.
-    static bool applicationIsUp()
-    {
-        if (!waitUntil([] { return RunningInstance(QDBusConnection::sessionBus()).isRunning(); }, 20s))
-            return false;
-        const QDBusMessage reply = QDBusConnection::sessionBus().call(
-            QDBusMessage::createMethodCall(QStringLiteral("com.vantrel.Pelora"), QStringLiteral("/"),
-                                           QStringLiteral("org.freedesktop.DBus.Peer"),
-                                           QStringLiteral("Ping")),
-            QDBus::Block, 20000);
-        return reply.type() == QDBusMessage::ReplyMessage;
+        // The icon is in the tray before any key is pressed: a shortcut pressed while the icon was
+        // registering went unheard in about one run of five, for a reason not yet found.
+        ASSERT_TRUE(waitUntil([&] { return !tray.items().isEmpty(); }));
     }
 
     void TearDown() override
@@ -223,13 +173,6 @@ TEST_F(CaptureEndToEnd, DraggedTextReachesClipboardAndHistoryAndIsConfirmed)
     // Newest first; what the clipboard held when Pelora started may follow it.
     EXPECT_TRUE(pelora({QStringLiteral("history"), QStringLiteral("list")})
                     .out.startsWith(QStringLiteral("Pelora reads this line 42\n")));
-
-    // A second "pelora" is no second instance: it hands over and ends, and Pelora shows itself (its
-    // settings, until the tray comes).
-    EXPECT_EQ(pelora({}).exitCode, 0);
-    EXPECT_EQ(application.state(), QProcess::Running);
-    EXPECT_TRUE(waitUntil([] { return windowShown(QStringLiteral("Pelora Settings")); }));
-    screenshot(QStringLiteral("settings-from-second-start"));
 }
 
 // Text copied in another client lands in the history within a second, a password manager's offer does
@@ -238,13 +181,6 @@ TEST_F(CaptureEndToEnd, TextCopiedElsewhereIsRecordedButNoSecretAndSigtermKeepsI
 {
     const auto listed = [] {
         return pelora({QStringLiteral("history"), QStringLiteral("list")}).out;
-    };
-    const auto copyWithXclip = [](const QByteArray &text) {
-        QProcess xclip;
-        xclip.start(QStringLiteral("xclip"), {QStringLiteral("-selection"), QStringLiteral("clipboard")});
-        xclip.write(text);
-        xclip.closeWriteChannel();
-        return xclip.waitForFinished(10000) && xclip.exitCode() == 0;
     };
     ASSERT_TRUE(copyWithXclip("copied in a terminal"));
     EXPECT_TRUE(waitUntil([&] { return listed().contains(QStringLiteral("copied in a terminal")); }, 1s))

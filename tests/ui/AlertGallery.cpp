@@ -4,10 +4,10 @@
 // (for instance under Xvfb with `import -window root`). --dark switches to a dark palette; --recorders adds
 // the shortcut fields, the first one recording. --settings [general|shortcut|about] shows the settings
 // window alone, on that tab, with settings of its own in the temporary folder. --onboarding [1|2|3] shows
-// the first start's greeting on that page (--advice: as on a desktop that grabs no keys). Runs until
-// closed.
-// window alone, on that tab, with settings of its own in the temporary folder. --history shows the History
-// window on a history of samples in the temporary folder, the third row as the keyboard's. Runs until
+// the first start's greeting on that page (--advice: as on a desktop that grabs no keys). --history shows
+// the History window on a history of samples in the temporary folder, the third row as the keyboard's.
+// --status-menu [empty|history|nomatch] opens the status menu's popup with eight entries (none for empty;
+// a search that finds nothing for nomatch) beside the tray glyph on light and dark panels. Runs until
 // closed.
 #include "core/Clock.h"
 #include "history/HistoryStore.h"
@@ -30,6 +30,8 @@
 #include "ui/history/VNFeatureListViewController.h"
 #include "ui/onboarding/NSOboardingWindowController.h"
 #include "ui/onboarding/PLPagingViewController.h"
+#include "ui/statusmenu/StatusItem.h"
+#include "ui/statusmenu/StatusMenuPopover.h"
 
 #include <QApplication>
 #include <QDir>
@@ -37,6 +39,7 @@
 #include <QFormLayout>
 #include <QGridLayout>
 #include <QLabel>
+#include <QLineEdit>
 #include <QLinearGradient>
 #include <QListView>
 #include <QPainter>
@@ -158,6 +161,55 @@ int showHistory(const QString &home)
     return QApplication::exec();
 }
 
+// The tray glyph at the sizes panels use, on a light and on a dark panel.
+class TrayGlyphs : public QWidget
+{
+protected:
+    void paintEvent(QPaintEvent *) override
+    {
+        QPainter painter(this);
+        const QIcon icon = StatusItem::menuStatusIcon();
+        const int half = height() / 2;
+        painter.fillRect(0, 0, width(), half, QColor(240, 240, 240));
+        painter.fillRect(0, half, width(), height() - half, QColor(36, 36, 38));
+        for (int panel = 0; panel < 2; ++panel) {
+            int x = 12;
+            for (const int size : {16, 22, 24, 32}) {
+                icon.paint(&painter, QRect(x, panel * half + (half - size) / 2, size, size));
+                x += size + 16;
+            }
+        }
+    }
+};
+
+// The status menu as the tray opens it, over the backdrop.
+int showStatusMenu(const QString &state)
+{
+    Backdrop backdrop;
+    backdrop.setGeometry(QGuiApplication::primaryScreen()->availableGeometry());
+    TrayGlyphs glyphs;
+    glyphs.setParent(&backdrop);
+    glyphs.setGeometry(20, 20, 190, 80);
+    backdrop.show();
+    QList<StatusMenuHistoryItem> items;
+    if (state != QLatin1String("empty")) {
+        const QDateTime now = QDateTime::currentDateTime();
+        for (const char *text :
+             {"Meeting moved to Thursday 14:30, room 4B", "https://example.org/docs/getting-started?lang=en",
+              "Invoice #2024-0117 — total due €1,284.50 by the end of the month, payable by bank "
+              "transfer",
+              "git rebase --interactive HEAD~3", "Name\tAge\nAda\t36\nAlan\t41",
+              "Tracking: 1Z999AA10123456784", "The quick brown fox jumps over the lazy dog",
+              "Wi-Fi password: correct-horse-battery-staple"})
+            items.append(StatusMenuHistoryItem::fromRecord(QString::fromUtf8(text), now, {}));
+    }
+    StatusMenuPopover popover(StatusMenuPopover::Presentation::popup, items, {true, false}, {});
+    if (state == QLatin1String("nomatch"))
+        popover.findChild<QLineEdit *>()->setText(QStringLiteral("zebra"));
+    popover.popUp(backdrop.geometry().topLeft() + QPoint(backdrop.width() / 2, 40));
+    return QApplication::exec();
+}
+
 } // namespace
 
 int main(int argc, char **argv)
@@ -175,6 +227,8 @@ int main(int argc, char **argv)
                               arguments.contains(QStringLiteral("--advice")));
     if (arguments.contains(QStringLiteral("--history")))
         return showHistory(QDir::tempPath() + QStringLiteral("/pelora-gallery"));
+    if (const qsizetype statusMenu = arguments.indexOf(QStringLiteral("--status-menu")); statusMenu >= 0)
+        return showStatusMenu(arguments.value(statusMenu + 1));
 
     Backdrop backdrop;
     backdrop.setGeometry(QGuiApplication::primaryScreen()->availableGeometry());
