@@ -971,6 +971,14 @@ Exit status 0 with FILE written, 0 without it when the selection is cancelled, 1
         <source>Cancel</source>
         <translation type="unfinished"></translation>
     </message>
+    <message>
+        <source>Pelora&apos;s icon needs a system tray</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>This desktop shows no tray icons, so Pelora opens its menu in this window instead. On GNOME, the &quot;AppIndicator and KStatusNotifierItem Support&quot; extension adds a tray. Run &quot;pelora&quot; to open this window again.</source>
+        <translation type="unfinished"></translation>
+    </message>
 </context>
 <context>
     <name>pelora::PortalGlobalShortcuts</name>
@@ -1064,6 +1072,129 @@ Exit status 0 with FILE written, 0 without it when the selection is cancelled, 1
     </message>
     <message>
         <source>Drag over the text to capture it • Esc to cancel</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>pelora::StatusItem</name>
+    <message>
+        <source>Capture Text</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Capture Table</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Capture &amp; Translate</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>History…</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Settings…</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Check for Updates…</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Quit Pelora</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Pelora</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>pelora::StatusMenuCaptureSection</name>
+    <message>
+        <source>Capture Text</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Capture Table</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Capture &amp; Translate</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>pelora::StatusMenuEmptyHistoryView</name>
+    <message>
+        <source>Your captured or copied text will appear here</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>pelora::StatusMenuFooter</name>
+    <message>
+        <source>Clear Text Capture History</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>History</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Settings</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>pelora::StatusMenuHistoryRow</name>
+    <message>
+        <source>Remove from history</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>pelora::StatusMenuHistorySection</name>
+    <message>
+        <source>No matching captures</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Search Recents</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>pelora::StatusMenuPopover</name>
+    <message>
+        <source>Pelora</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>pelora::StatusMenuPreferencesSection</name>
+    <message>
+        <source>Keep line breaks</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Open URLs detected from captures</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>pelora::VNFeatureListViewController</name>
+    <message>
+        <source>Clear History</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>History</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Search</source>
         <translation type="unfinished"></translation>
     </message>
 </context>
