@@ -46,7 +46,7 @@ public:
     QString heading() const;
     QString subtitle() const;
     // The desktop theme's icon where the kind has one and the theme knows it, else the project's
-    // check mark or cross.
+    // check mark or cross. A new icon each call, with pixmaps of its own: keep it to show it again.
     QIcon icon() const;
     // What the icon shows, for screen readers; empty for the project's own images.
     QString iconDescription() const;

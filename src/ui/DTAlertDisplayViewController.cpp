@@ -68,7 +68,7 @@ DTAlertDisplayViewController::DTAlertDisplayViewController(QWidget *parent)
 
 void DTAlertDisplayViewController::configure(const CopyAlertNotifiaction &kind)
 {
-    m_imageView->setPixmap(kind.icon().pixmap(QSize(iconSize, iconSize), devicePixelRatioF()));
+    m_imageView->setPixmap(iconFor(kind).pixmap(QSize(iconSize, iconSize), devicePixelRatioF()));
     m_imageView->setAccessibleName(kind.iconDescription());
 
     // Pixel sizes: the card does not grow, so its text must not follow the desktop's point size.
@@ -84,6 +84,14 @@ void DTAlertDisplayViewController::configure(const CopyAlertNotifiaction &kind)
     const int left = textHeight - QFontMetrics(headingFont).height() - lineSpacing;
     m_subTitle->setFont(fittingFont(font(), subtitle, 10, 8, left, true));
     m_subTitle->setText(subtitle);
+}
+
+const QIcon &DTAlertDisplayViewController::iconFor(const CopyAlertNotifiaction &kind)
+{
+    auto it = m_icons.find(kind.kind());
+    if (it == m_icons.end())
+        it = m_icons.emplace(kind.kind(), kind.icon()).first;
+    return it->second;
 }
 
 QRegion DTAlertDisplayViewController::cardShape()

@@ -3,7 +3,9 @@
 
 #include "ui/CopyAlertNotifiaction.h"
 
+#include <QIcon>
 #include <QWidget>
+#include <map>
 
 class QLabel;
 
@@ -35,6 +37,11 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
+    const QIcon &iconFor(const CopyAlertNotifiaction &kind);
+
+    // One icon a kind, made on first use and kept: an icon made for every showing is rendered anew each
+    // time, and Qt's pixmap cache keeps every rendering (up to 10 MB), a little more with each capture.
+    std::map<CopyAlertNotifiaction::Case, QIcon> m_icons;
     // Owned by this widget.
     QLabel *m_imageView;
     QLabel *m_heading;

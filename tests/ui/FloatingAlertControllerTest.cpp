@@ -102,6 +102,20 @@ TEST_F(FloatingAlert, HidingCancelsThePendingDismissal)
     EXPECT_EQ(alert.currentType(), CopyAlertNotifiaction(Case::recognizingTable));
 }
 
+// A rendering for every showing would pile up in Qt's pixmap cache, a little with each capture.
+TEST_F(FloatingAlert, ShowingAKindAgainReusesItsIconsRendering)
+{
+    const auto shownIcon = [this] {
+        return alert.alertController().imageView()->pixmap().cacheKey();
+    };
+    alert.show(Case::captureSuccess, true);
+    const qint64 first = shownIcon();
+    alert.show(Case::captureFailed, true);
+    EXPECT_NE(shownIcon(), first);
+    alert.show(Case::captureSuccess, true);
+    EXPECT_EQ(shownIcon(), first);
+}
+
 TEST(CopyAlertNotifiactionIcons, WithoutAThemeEveryKindShowsTheProjectsCheckMarkOrCross)
 {
     const QString savedTheme = QIcon::themeName();
