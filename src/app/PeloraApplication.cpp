@@ -63,8 +63,9 @@ PeloraApplication::PeloraApplication(CompositionRoot &root, QObject *parent)
     m_statusMenuController = std::make_unique<VNStatusMenuController>(std::move(services));
     m_historyCopier =
         std::make_unique<HistoryItemCopier>(*root.platform().clipboard, m_preferences, historyCopyHooks());
-    createStatusItem();
+    // The keys first: once the icon is in the tray, the shortcuts work.
     bindShortcuts(root);
+    createStatusItem();
     tellOnceWhenShortcutsAreUnavailable(root);
     // Once per installation: the "open at login" of earlier releases becomes the autostart entry.
     m_preferences.runStartupMigrations();

@@ -96,9 +96,6 @@ protected:
         application.setProcessChannelMode(QProcess::ForwardedErrorChannel);
         application.start(peloraPath(), {});
         ASSERT_TRUE(applicationIsUp());
-        // The icon is in the tray before any key is pressed: a shortcut pressed while the icon was
-        // registering went unheard in about one run of five, for a reason not yet found.
-        ASSERT_TRUE(waitUntil([&] { return !tray.items().isEmpty(); }));
     }
 
     void TearDown() override

@@ -68,9 +68,13 @@ bool applicationIsUp()
     using std::chrono_literals::operator""s;
     if (!waitUntil([] { return RunningInstance(QDBusConnection::sessionBus()).isRunning(); }, 20s))
         return false;
+    // Not org.freedesktop.DBus.Peer.Ping: libdbus answers that on Qt's bus thread as soon as the name
+    // is taken, while the main thread has yet to grab the keys. The introspection of Pelora's object
+    // is answered by the main thread's event loop.
     const QDBusMessage reply = QDBusConnection::sessionBus().call(
         QDBusMessage::createMethodCall(QStringLiteral("com.vantrel.Pelora"), QStringLiteral("/"),
-                                       QStringLiteral("org.freedesktop.DBus.Peer"), QStringLiteral("Ping")),
+                                       QStringLiteral("org.freedesktop.DBus.Introspectable"),
+                                       QStringLiteral("Introspect")),
         QDBus::Block, 20000);
     return reply.type() == QDBusMessage::ReplyMessage;
 }

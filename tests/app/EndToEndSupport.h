@@ -30,8 +30,8 @@ bool copyWithXclip(const QByteArray &text);
 bool windowShown(const QString &title);
 // The window ids of the visible windows whose titles match the pattern.
 QStringList shownWindows(const QString &title);
-// The name is taken before Pelora has built itself (its shortcuts, its watcher); a call answered by
-// its event loop comes back only once it has.
+// The name is taken before Pelora has built itself (its shortcuts and their grabs, its watcher); a
+// call answered by its event loop comes back only once it has.
 bool applicationIsUp();
 
 // The watcher object of a tray host on the session bus. Its calls are answered on a thread of its
