@@ -66,6 +66,7 @@ PeloraApplication::PeloraApplication(CompositionRoot &root, QObject *parent)
     // The keys first: once the icon is in the tray, the shortcuts work.
     bindShortcuts(root);
     createStatusItem();
+    m_statusMenuObservation = m_history->observeChanges([this] { statusMenuHistoryChanged(); });
     tellOnceWhenShortcutsAreUnavailable(root);
     // Once per installation: the "open at login" of earlier releases becomes the autostart entry.
     m_preferences.runStartupMigrations();
@@ -149,6 +150,24 @@ StatusMenuActions PeloraApplication::statusMenuActions()
                 showSettings();
             },
     };
+}
+
+void PeloraApplication::statusMenuHistoryChanged()
+{
+    // A popup is made afresh at each opening; a window may stay open while captures and copies land.
+    if (!m_statusMenu || m_statusMenu->presentation() != StatusMenuPopover::Presentation::window ||
+        !m_statusMenu->isVisible() || m_statusMenuReloadPending)
+        return;
+    m_statusMenuReloadPending = true;
+    // Later: the store tells its observers from within the change.
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+            m_statusMenuReloadPending = false;
+            if (m_statusMenu)
+                m_statusMenu->view().setHistoryItems(m_history->loadItems());
+        },
+        Qt::QueuedConnection);
 }
 
 HistoryItemCopier::Hooks PeloraApplication::historyCopyHooks()

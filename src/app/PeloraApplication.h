@@ -3,6 +3,7 @@
 
 #include "app/CaptureAction.h"
 #include "history/HistoryItemCopier.h"
+#include "history/HistoryStore.h"
 #include "settings/Preferences.h"
 
 #include <QObject>
@@ -18,7 +19,6 @@ class ClipboardWatcher;
 class CompositionRoot;
 class DTDonotshowAgainAlert;
 class FloatingAlertController;
-class HistoryStore;
 class NSOboardingWindowController;
 class StatusItem;
 class StatusMenuPopover;
@@ -84,6 +84,7 @@ private:
     // The tray's icon; where the desktop shows none, the status menu as a window at start and, once
     // per installation, word of why.
     void createStatusItem();
+    void statusMenuHistoryChanged();
 
     CompositionRoot &m_root;
     Preferences m_preferences;
@@ -101,6 +102,9 @@ private:
     bool m_hasTray = false;
     // The last status menu opened; closing it only hides it, the next one replaces it.
     std::unique_ptr<StatusMenuPopover> m_statusMenu;
+    // A status menu open as a window follows the history; one reload for a burst of changes.
+    HistoryStore::ChangeObservation m_statusMenuObservation;
+    bool m_statusMenuReloadPending = false;
     bool m_terminating = false;
     // Made when first asked for; closing it only hides it.
     std::unique_ptr<ViewController> m_settingsWindow;

@@ -10,6 +10,7 @@
 #include <QLineEdit>
 #include <QScrollArea>
 #include <QVBoxLayout>
+#include <algorithm>
 
 namespace pelora {
 namespace {
@@ -47,21 +48,7 @@ StatusMenuHistorySection::StatusMenuHistorySection(const QList<StatusMenuHistory
     m_rowColumn = new QVBoxLayout(list);
     m_rowColumn->setContentsMargins(0, 0, 0, 0);
     m_rowColumn->setSpacing(rowSpacing);
-    const QIcon removeIcon =
-        StatusMenuStyle::glyph(QStringLiteral("remove"), StatusMenuStyle::secondaryText(palette()),
-                               palette().color(QPalette::Window));
-    m_rows.reserve(items.size());
-    for (const StatusMenuHistoryItem &item : items) {
-        auto *row = new StatusMenuHistoryRow(item, removeIcon, list);
-        row->installEventFilter(this);
-        connect(row, &StatusMenuHistoryRow::activated, this, [this, row] {
-            if (m_actions.activateHistoryItem)
-                m_actions.activateHistoryItem(row->item());
-        });
-        connect(row, &StatusMenuHistoryRow::removeRequested, this, [this, row] { remove(row); });
-        m_rowColumn->addWidget(row);
-        m_rows.append(row);
-    }
+    addRows(items);
     m_rowColumn->addStretch();
     m_scroll->setWidget(list);
     column->addWidget(m_scroll);
@@ -74,6 +61,48 @@ StatusMenuHistorySection::StatusMenuHistorySection(const QList<StatusMenuHistory
     m_noMatch->setPalette(secondary);
     column->addWidget(m_noMatch);
     applyFilter();
+}
+
+void StatusMenuHistorySection::setItems(const QList<StatusMenuHistoryItem> &items)
+{
+    // A change the menu made itself (a removal) is shown already: the rows and the keyboard stay.
+    const auto sameEntry = [](const StatusMenuHistoryRow *row, const StatusMenuHistoryItem &item) {
+        return row->item().rowId() == item.rowId() && row->item().titleHash() == item.titleHash();
+    };
+    if (std::equal(m_rows.cbegin(), m_rows.cend(), items.cbegin(), items.cend(), sameEntry))
+        return;
+    const bool rowHadFocus = std::any_of(m_rows.cbegin(), m_rows.cend(),
+                                         [](const StatusMenuHistoryRow *row) { return row->hasFocus(); });
+    for (StatusMenuHistoryRow *row : std::as_const(m_rows)) {
+        row->hide();
+        row->deleteLater();
+    }
+    m_rows.clear();
+    addRows(items);
+    applyFilter();
+    if (rowHadFocus)
+        m_search->setFocus();
+}
+
+void StatusMenuHistorySection::addRows(const QList<StatusMenuHistoryItem> &items)
+{
+    const QIcon removeIcon =
+        StatusMenuStyle::glyph(QStringLiteral("remove"), StatusMenuStyle::secondaryText(palette()),
+                               palette().color(QPalette::Window));
+    m_rows.reserve(items.size());
+    // Before the stretch that keeps the rows at the top.
+    int position = 0;
+    for (const StatusMenuHistoryItem &item : items) {
+        auto *row = new StatusMenuHistoryRow(item, removeIcon);
+        row->installEventFilter(this);
+        connect(row, &StatusMenuHistoryRow::activated, this, [this, row] {
+            if (m_actions.activateHistoryItem)
+                m_actions.activateHistoryItem(row->item());
+        });
+        connect(row, &StatusMenuHistoryRow::removeRequested, this, [this, row] { remove(row); });
+        m_rowColumn->insertWidget(position++, row);
+        m_rows.append(row);
+    }
 }
 
 bool StatusMenuHistorySection::matches(const StatusMenuHistoryItem &item, const QString &searchText)

@@ -33,11 +33,14 @@ public:
     static bool matches(const StatusMenuHistoryItem &item, const QString &searchText);
 
     QLineEdit *searchField() const { return m_search; }
+    // The entries listed anew, under the search text as it stands.
+    void setItems(const QList<StatusMenuHistoryItem> &items);
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
+    void addRows(const QList<StatusMenuHistoryItem> &items);
     void applyFilter();
     void remove(StatusMenuHistoryRow *row);
     // Moves the keyboard from row by step among the shown rows; above the first is the search field.

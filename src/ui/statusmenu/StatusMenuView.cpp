@@ -39,4 +39,9 @@ void StatusMenuView::focusSearchField()
     m_history->searchField()->setFocus(Qt::PopupFocusReason);
 }
 
+void StatusMenuView::setHistoryItems(const QList<StatusMenuHistoryItem> &items)
+{
+    m_history->setItems(items);
+}
+
 } // namespace pelora

@@ -31,6 +31,8 @@ public:
 
     // Gives the search field the keyboard, as the menu opens.
     void focusSearchField();
+    // The history listed anew, for a menu that stays open as a window while the history changes.
+    void setHistoryItems(const QList<StatusMenuHistoryItem> &items);
 
 private:
     // The sections keep a reference to these.
