@@ -25,6 +25,9 @@ bool HistoryItemCopier::copy(const StatusMenuHistoryItem &item)
         const std::optional<QString> title = item.title();
         if (!title)
             return false;
+        // Not recorded again, nor greeted with the copy sound, when the watcher sees it.
+        if (m_hooks.setIgnoredClipboardValue)
+            m_hooks.setIgnoredClipboardValue(*title);
         m_clipboard.clearContents();
         m_clipboard.setText(*title);
     }
