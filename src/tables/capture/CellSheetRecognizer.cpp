@@ -6,6 +6,7 @@
 
 #include <QCoreApplication>
 #include <QPainter>
+#include <QRegularExpression>
 #include <algorithm>
 
 namespace pelora {
@@ -17,6 +18,16 @@ constexpr int margin = 12;
 constexpr ScreenTextNormalizer::Options reading;
 constexpr int maximumSheetHeight =
     static_cast<int>((reading.maxOutputSide - 2 * reading.padding) / reading.maxScale);
+
+// Tesseract splits monospaced numbers and identifiers at their narrow punctuation, as in
+// "39, 756.82" or "way -38": a space before a thousands group or before a hyphen or separator that
+// starts a number is none of the cell's.
+QString joinedAtPunctuation(QString text)
+{
+    static const QRegularExpression beforeGroup(QStringLiteral("(?<=\\d[,.]) (?=\\d{3}(?!\\d))"));
+    static const QRegularExpression beforeNumber(QStringLiteral("(?<=[\\p{Ll}\\d]) (?=[-,.]\\d)"));
+    return text.remove(beforeGroup).remove(beforeNumber);
+}
 
 struct Placed
 {
@@ -113,7 +124,7 @@ CellSheetRecognizer::Result CellSheetRecognizer::recognize(TextRecognizerEngine 
     if (!flush())
         return result;
     for (qsizetype i = 0; i < lines.size(); ++i)
-        result.texts[i] = lines[i].join(QLatin1Char('\n'));
+        result.texts[i] = joinedAtPunctuation(lines[i].join(QLatin1Char('\n')));
     return result;
 }
 

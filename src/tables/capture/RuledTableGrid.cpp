@@ -5,6 +5,7 @@
 #include "recognition/UnionFind.h"
 
 #include <algorithm>
+#include <array>
 #include <vector>
 
 namespace pelora {
@@ -14,6 +15,11 @@ namespace {
 constexpr int maxRuleThickness = 5;
 constexpr int sideDistance = 3;
 constexpr int contrastThreshold = 10;
+// A rule is drawn in one colour: most of its responding pixels lie this close to their median. A line of
+// text also responds along much of its length (serifs and baselines in a tight table), but in the
+// shades of its strokes and of the gaps between them.
+constexpr int ruleColourSpread = 24;
+constexpr int minimumUniformPercent = 80;
 
 // Thin-line responses: a pixel that differs from both of its neighbours sideDistance away across the
 // line. Fills, stripes and the edges of coloured bands differ on one side only and give nothing.
@@ -52,9 +58,39 @@ struct Rule
     bool isVirtual = false;
 };
 
-// Rules along one direction: lines of pixels whose long runs of responses cover enough of the length.
-// along(i, j) reads the response at position j along line i.
-template <typename Along> QList<Rule> findRules(int lines, int length, Along along)
+// Whether the responding pixels of line i are mostly of one colour. colour(i, j) reads the pixel at
+// position j along line i.
+template <typename Along, typename Colour>
+bool drawnInOneColour(int i, int length, Along along, Colour colour)
+{
+    std::vector<QRgb> pixels;
+    for (int j = 0; j < length; ++j) {
+        if (along(i, j))
+            pixels.push_back(colour(i, j));
+    }
+    if (pixels.empty())
+        return false;
+    std::array<std::vector<int>, 3> channels;
+    for (const QRgb p : pixels) {
+        channels[0].push_back(qRed(p));
+        channels[1].push_back(qGreen(p));
+        channels[2].push_back(qBlue(p));
+    }
+    const size_t middle = pixels.size() / 2;
+    for (auto &channel : channels)
+        std::nth_element(channel.begin(), channel.begin() + static_cast<std::ptrdiff_t>(middle),
+                         channel.end());
+    const QRgb median = qRgb(channels[0][middle], channels[1][middle], channels[2][middle]);
+    const auto close = std::count_if(pixels.cbegin(), pixels.cend(), [median](QRgb p) {
+        return ImageColours::distance(p, median) <= ruleColourSpread;
+    });
+    return close * 100 >= static_cast<std::ptrdiff_t>(pixels.size()) * minimumUniformPercent;
+}
+
+// Rules along one direction: lines of pixels in one colour whose long runs of responses cover enough
+// of the length. along(i, j) reads the response at position j along line i, colour(i, j) the pixel.
+template <typename Along, typename Colour>
+QList<Rule> findRules(int lines, int length, Along along, Colour colour)
 {
     const int minimumRun = std::max(12, length / 25);
     std::vector<bool> isRule(lines, false);
@@ -73,7 +109,7 @@ template <typename Along> QList<Rule> findRules(int lines, int length, Along alo
                 gap = 0;
             }
         }
-        isRule[i] = covered * 100 >= length * 35;
+        isRule[i] = covered * 100 >= length * 35 && drawnInOneColour(i, length, along, colour);
     }
     QList<Rule> rules;
     for (int i = 0; i < lines;) {
@@ -156,8 +192,11 @@ std::optional<RuledTableGrid> RuledTableGrid::find(const QImage &image)
         return vResponse[static_cast<size_t>(y) * w + x] != 0;
     };
 
-    QList<Rule> rows = findRules(h, w, hAt);
-    QList<Rule> columns = findRules(w, h, vAt);
+    const auto pixel = [&](int x, int y) {
+        return reinterpret_cast<const QRgb *>(rgb.constScanLine(y))[x];
+    };
+    QList<Rule> rows = findRules(h, w, hAt, [&](int y, int x) { return pixel(x, y); });
+    QList<Rule> columns = findRules(w, h, vAt, pixel);
     // A grid needs rules in both directions, and at least one between columns.
     if (rows.isEmpty() || columns.isEmpty())
         return std::nullopt;

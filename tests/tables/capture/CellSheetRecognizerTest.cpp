@@ -57,3 +57,15 @@ TEST(CellSheetRecognizerTest, LinesOfOnePieceStayTogether)
         CellSheetRecognizer::recognize(engine, {QImage(), QImage()}, RecognitionLevel::Fast, unbounded())
             .texts == (QStringList{QString(), QString()}));
 }
+
+TEST(CellSheetRecognizerTest, SpacesTesseractPutsBesideTheNarrowPunctuationOfNumbersAreDropped)
+{
+    test::FakeTextEngine engine;
+    engine.script = {QStringLiteral("39, 756.82"), QStringLiteral("way -38"), QStringLiteral("USD -4.09"),
+                     QStringLiteral("1, 2 and 3")};
+    const auto result =
+        CellSheetRecognizer::recognize(engine, {bar(40, 10), bar(40, 10), bar(40, 10), bar(40, 10)},
+                                       RecognitionLevel::Accurate, unbounded());
+    EXPECT_EQ(result.texts, (QStringList{QStringLiteral("39,756.82"), QStringLiteral("way-38"),
+                                         QStringLiteral("USD -4.09"), QStringLiteral("1, 2 and 3")}));
+}

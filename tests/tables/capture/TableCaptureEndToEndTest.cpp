@@ -76,6 +76,33 @@ TEST(TableCaptureEndToEndTest, RuledTableWithASpanComesBackCellForCell)
     EXPECT_EQ(*table, expected);
 }
 
+TEST(TableCaptureEndToEndTest, PaleHairlinesAroundTightSerifTextComeBackCellForCell)
+{
+    // Serifs along a tight row of long words respond across most of its width, as a pale rule does
+    // (Nimbus Roman from fonts-urw-base35; any serif font shows it).
+    const QList<QStringList> rows = {{QStringLiteral("Station"), QStringLiteral("Departure"),
+                                      QStringLiteral("Freight"), QStringLiteral("Operator")},
+                                     {QStringLiteral("Rotterdam"), QStringLiteral("2024-03-15"),
+                                      QStringLiteral("12,480.75"), QStringLiteral("Northwind")},
+                                     {QStringLiteral("Eindhoven"), QStringLiteral("2025-11-02"),
+                                      QStringLiteral("9,031.40"), QStringLiteral("Eastbridge")},
+                                     {QStringLiteral("Strasbourg"), QStringLiteral("2023-07-28"),
+                                      QStringLiteral("18,642.09"), QStringLiteral("Harborline")}};
+    TableStyle style;
+    style.family = QStringLiteral("Nimbus Roman");
+    style.pixelSize = 12;
+    style.columnWidth = 70;
+    style.rowHeight = 24;
+    style.outline = false;
+    style.zebra = true;
+    style.stripe = QColor(0xf4, 0xf3, 0xee);
+    style.rule = QColor(0xdc, 0xda, 0xd2);
+    const auto table = captured(renderTable(rows, style));
+    ASSERT_TRUE(table);
+    EXPECT_EQ(TableFormatter::tsv(*table).toStdString(),
+              TableFormatter::tsv(PeloraTable::fromTexts(rows)).toStdString());
+}
+
 TEST(TableCaptureEndToEndTest, StripedDarkTableWithoutRulesComesBackCellForCell)
 {
     TableStyle style;

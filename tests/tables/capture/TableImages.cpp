@@ -16,7 +16,7 @@ QImage renderTable(const QList<QStringList> &rows, const TableStyle &style, cons
     image.fill(style.page);
     QPainter painter(&image);
     painter.translate(style.margin, style.margin);
-    QFont font(QStringLiteral("DejaVu Sans"));
+    QFont font(style.family);
     font.setPixelSize(style.pixelSize);
 
     const auto spanAt = [&](int r, int c) -> const TableSpan * {

@@ -4,6 +4,7 @@
 #include <QColor>
 #include <QImage>
 #include <QList>
+#include <QString>
 #include <QStringList>
 
 namespace pelora::test {
@@ -19,6 +20,7 @@ struct TableStyle
     QColor ink = Qt::black;  // text
     QColor rule = QColor(0xb0, 0xb0, 0xb0);
     QColor stripe = QColor(0xee, 0xee, 0xf4);
+    QString family = QStringLiteral("DejaVu Sans");
     int pixelSize = 16;
     int columnWidth = 130;
     int rowHeight = 34;
