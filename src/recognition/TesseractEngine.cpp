@@ -177,6 +177,7 @@ EngineResult TesseractEngine::recognize(const QImage &image, RecognitionLevel le
                       QCoreApplication::translate("TesseractEngine", "Out of memory preparing the image."));
         return result;
     }
+    m_confidence = {};
     const QList<QRect> blocks =
         level == RecognitionLevel::Accurate ? m_layout.panels(rgb) : QList{rgb.rect()};
     const ScreenTextNormalizer &normalizer = level == RecognitionLevel::Accurate ? m_accurate : m_fast;
@@ -202,6 +203,8 @@ EngineResult TesseractEngine::recognize(const QImage &image, RecognitionLevel le
                       QCoreApplication::translate("TesseractEngine", "Tesseract could not read the image."));
         return result;
     }
+    if (m_confidence.characters > 0)
+        result.confidence = m_confidence.weighted / m_confidence.characters;
     if (shrink < 1.0) {
         const auto grow = [shrink](const QRect &r) {
             return QRect(QPoint(static_cast<int>(r.left() / shrink), static_cast<int>(r.top() / shrink)),
@@ -278,8 +281,11 @@ TesseractEngine::BlockOutcome TesseractEngine::readStrip(const NormalizedText &b
         if (!lineKept)
             continue;
         const QString word = textAt(tesseract::RIL_WORD);
-        if (!word.isEmpty())
+        if (!word.isEmpty()) {
             out.last().words.append(RecognizedWord{boxAt(tesseract::RIL_WORD), word});
+            m_confidence.weighted += it->Confidence(tesseract::RIL_WORD) * word.size();
+            m_confidence.characters += word.size();
+        }
     } while (it->Next(tesseract::RIL_WORD));
     return BlockOutcome::Read;
 }

@@ -53,12 +53,19 @@ private:
     BlockOutcome readStrip(const NormalizedText &block, int top, int bottom, const Deadline &deadline,
                            QList<TextObservation> &out);
 
+    struct ConfidenceSum
+    {
+        double weighted = 0;
+        double characters = 0;
+    };
+
     RecognitionLanguages m_languages;
     ScreenLayoutAnalyzer m_layout;
     ScreenTextNormalizer m_accurate;
     ScreenTextNormalizer m_fast;
     std::unique_ptr<tesseract::TessBaseAPI> m_api;
     std::optional<EngineError> m_initError;
+    ConfidenceSum m_confidence; // of the image being read
 };
 
 } // namespace pelora

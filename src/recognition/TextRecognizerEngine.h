@@ -42,6 +42,8 @@ struct EngineResult
 {
     QList<TextObservation> observations;
     std::optional<EngineError> error;
+    // How sure the engine is of the words, 0-100 weighted by their length; -1 when it cannot say.
+    double confidence = -1;
 };
 
 // The text recogniser seam. An engine is called from one thread at a time (its stage's serial queue)

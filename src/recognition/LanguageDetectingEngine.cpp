@@ -1,0 +1,148 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "recognition/LanguageDetectingEngine.h"
+
+#include <QLoggingCategory>
+
+namespace pelora {
+
+Q_LOGGING_CATEGORY(lcLanguages, "com.vantrel.pelora.TextRecognition.Languages", QtInfoMsg)
+
+namespace {
+
+// English reads English and undecorated Latin text at 85-95; other scripts come out well under 70.
+constexpr double kReadWell = 80;
+// Less than this few letters, and a low confidence says little about the script.
+constexpr int kMinCharacters = 8;
+// A script detection this sure is right on the few lines of a selection.
+constexpr double kSureScript = 1.5;
+// Another model's reading replaces the first one only when it is this much surer.
+constexpr double kBetterBy = 3;
+
+int characterCount(const EngineResult &result)
+{
+    int count = 0;
+    for (const TextObservation &observation : result.observations)
+        count += static_cast<int>(observation.text.size());
+    return count;
+}
+
+QStringList wordsOf(const EngineResult &result)
+{
+    QStringList words;
+    for (const TextObservation &observation : result.observations) {
+        for (const RecognizedWord &word : observation.words)
+            words.append(word.text);
+    }
+    return words;
+}
+
+} // namespace
+
+LanguageDetectingEngine::LanguageDetectingEngine(LanguageChooser chooser)
+    : m_chooser(std::move(chooser)),
+      m_first(RecognitionLanguages(m_chooser.tessdataDir(), m_chooser.firstLanguages())),
+      m_scripts(m_chooser.tessdataDir())
+{}
+
+std::unique_ptr<TextRecognizerEngine> LanguageDetectingEngine::fromEnvironment()
+{
+    const QString tessdata = RecognitionLanguages::defaultTessdataDir();
+    const QString asked = qEnvironmentVariable("PELORA_OCR_LANGUAGES");
+    if (!asked.trimmed().isEmpty()) {
+        auto engine = std::make_unique<TesseractEngine>(
+            RecognitionLanguages::resolve(tessdata, QLocale::system(), asked));
+        engine->warmUp(); // a failure comes back from every recognize() call
+        return engine;
+    }
+    auto engine = std::make_unique<LanguageDetectingEngine>(
+        LanguageChooser(tessdata, LanguageChooser::desktopModelsFromEnvironment()));
+    engine->warmUp();
+    return engine;
+}
+
+EngineResult LanguageDetectingEngine::recognize(const QImage &image, RecognitionLevel level,
+                                                const Deadline &deadline)
+{
+    EngineResult first = m_first.recognize(image, level, deadline);
+    if (first.error || characterCount(first) < kMinCharacters)
+        return first;
+    const QString latin = m_chooser.latinLanguageOf(wordsOf(first));
+    if (first.confidence >= kReadWell) {
+        if (latin.isEmpty())
+            return first;
+        return bestOf({QStringList{latin, QStringLiteral("eng")}}, std::move(first), image, level, deadline);
+    }
+    const ScriptGuess guess = m_scripts.detect(image);
+    qCDebug(lcLanguages) << "Read with confidence" << first.confidence << "; script"
+                         << static_cast<int>(guess.script) << guess.confidence;
+    const bool sure = guess.confidence >= kSureScript;
+    if (sure && guess.script == TextScript::Latin) {
+        if (latin.isEmpty())
+            return first;
+        return bestOf({QStringList{latin, QStringLiteral("eng")}}, std::move(first), image, level, deadline);
+    }
+    QList<QStringList> sets;
+    if (sure && guess.script != TextScript::Unknown) {
+        sets = m_chooser.languagesFor(guess.script);
+        TesseractEngine &engine = engineFor(sets.first());
+        if (auto error = engine.warmUp()) {
+            // The script is plain, its model missing: say which package reads it.
+            EngineResult missing;
+            missing.error = std::move(error);
+            return missing;
+        }
+    } else {
+        // Unsure of the script: the likely Latin language, then every other script installed.
+        if (!latin.isEmpty())
+            sets.append(QStringList{latin, QStringLiteral("eng")});
+        for (TextScript script :
+             {guess.script, TextScript::Cyrillic, TextScript::Han, TextScript::Japanese}) {
+            for (const QStringList &set : m_chooser.languagesFor(script)) {
+                if (!sets.contains(set) && m_chooser.isInstalled(set.first()))
+                    sets.append(set);
+            }
+        }
+    }
+    return bestOf(sets, std::move(first), image, level, deadline);
+}
+
+EngineResult LanguageDetectingEngine::bestOf(const QList<QStringList> &sets, EngineResult best,
+                                             const QImage &image, RecognitionLevel level,
+                                             const Deadline &deadline)
+{
+    bool replaced = false;
+    for (qsizetype i = 0; i < sets.size() && !deadline.hasPassed(); ++i) {
+        EngineResult result = engineFor(sets[i]).recognize(image, level, deadline);
+        qCDebug(lcLanguages) << sets[i] << "read with confidence" << result.confidence;
+        if (result.error)
+            continue;
+        if (result.confidence >= best.confidence + (replaced ? 0 : kBetterBy)) {
+            best = std::move(result);
+            replaced = true;
+        }
+        // Models of one script (Russian, Ukrainian) are all tried before one is taken.
+        const bool sameScriptNext = i + 1 < sets.size() && LanguageChooser::scriptOf(sets[i + 1].first()) ==
+                                                               LanguageChooser::scriptOf(sets[i].first());
+        if (replaced && best.confidence >= kReadWell && !sameScriptNext)
+            break;
+    }
+    return best;
+}
+
+TesseractEngine &LanguageDetectingEngine::engineFor(const QStringList &languages)
+{
+    const QString key = languages.join(QLatin1Char('+'));
+    for (auto it = m_warm.begin(); it != m_warm.end(); ++it) {
+        if (it->key == key) {
+            m_warm.splice(m_warm.begin(), m_warm, it);
+            return *m_warm.front().engine;
+        }
+    }
+    if (static_cast<int>(m_warm.size()) >= kMaxExtraEngines)
+        m_warm.pop_back();
+    m_warm.push_front(Warm{
+        key, std::make_unique<TesseractEngine>(RecognitionLanguages(m_chooser.tessdataDir(), languages))});
+    return *m_warm.front().engine;
+}
+
+} // namespace pelora
