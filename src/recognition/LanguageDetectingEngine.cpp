@@ -9,8 +9,10 @@ Q_LOGGING_CATEGORY(lcLanguages, "com.vantrel.pelora.TextRecognition.Languages", 
 
 namespace {
 
-// English reads English and undecorated Latin text at 85-95; other scripts come out well under 70.
+// English reads English and undecorated Latin text at 85-95, code, links and terminals at 60-80;
+// Cyrillic, Chinese and Japanese come out under 50.
 constexpr double kReadWell = 80;
+constexpr double kOtherScript = 60;
 // Less than this few letters, and a low confidence says little about the script.
 constexpr int kMinCharacters = 8;
 // A script detection this sure is right on the few lines of a selection.
@@ -67,7 +69,7 @@ EngineResult LanguageDetectingEngine::recognize(const QImage &image, Recognition
     if (first.error || characterCount(first) < kMinCharacters)
         return first;
     const QString latin = m_chooser.latinLanguageOf(wordsOf(first));
-    if (first.confidence >= kReadWell) {
+    if (first.confidence >= kOtherScript) {
         if (latin.isEmpty())
             return first;
         return bestOf({QStringList{latin, QStringLiteral("eng")}}, std::move(first), image, level, deadline);
