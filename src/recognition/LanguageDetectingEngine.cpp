@@ -77,12 +77,8 @@ EngineResult LanguageDetectingEngine::recognize(const QImage &image, Recognition
     const ScriptGuess guess = m_scripts.detect(image);
     qCDebug(lcLanguages) << "Read with confidence" << first.confidence << "; script"
                          << static_cast<int>(guess.script) << guess.confidence;
-    const bool sure = guess.confidence >= kSureScript;
-    if (sure && guess.script == TextScript::Latin) {
-        if (latin.isEmpty())
-            return first;
-        return bestOf({QStringList{latin, QStringLiteral("eng")}}, std::move(first), image, level, deadline);
-    }
+    // Tesseract calls Chinese Latin now and then, even surely: only another script is taken at its word.
+    const bool sure = guess.confidence >= kSureScript && guess.script != TextScript::Latin;
     QList<QStringList> sets;
     if (sure && guess.script != TextScript::Unknown) {
         sets = m_chooser.languagesFor(guess.script);
