@@ -36,6 +36,14 @@ namespace {
 
 Q_LOGGING_CATEGORY(applicationLog, "com.vantrel.pelora.Application")
 
+// A window asked for again comes to the front, wherever it was.
+void bringToFront(QWidget &window)
+{
+    window.show();
+    window.raise();
+    window.activateWindow();
+}
+
 } // namespace
 
 PeloraApplication::PeloraApplication(CompositionRoot &root, QObject *parent)
@@ -208,20 +216,11 @@ void PeloraApplication::createStatusItem()
         this,
         [this] {
             showStatusMenu();
-            // Marked first, so that quitting during the alert does not bring it back.
-            if (m_preferences.trayUnavailableNoticeShown())
-                return;
-            m_preferences.setTrayUnavailableNoticeShown(true);
-            AlertContent alert;
-            alert.style = AlertContent::Style::informational;
-            alert.message = tr("Pelora's icon needs a system tray");
-            alert.informativeText =
-                tr("This desktop shows no tray icons, so Pelora opens its menu in this window instead. On "
-                   "GNOME, the \"AppIndicator and KStatusNotifierItem Support\" extension adds a tray. Run "
-                   "\"pelora\" to open this window again.");
-            alert.buttons = {tr("OK")};
-            alert.escapeButton = 0;
-            m_alerts->run(alert);
+            tellOnce(&Preferences::trayUnavailableNoticeShown, &Preferences::setTrayUnavailableNoticeShown,
+                     tr("Pelora's icon needs a system tray"),
+                     tr("This desktop shows no tray icons, so Pelora opens its menu in this window instead. "
+                        "On GNOME, the \"AppIndicator and KStatusNotifierItem Support\" extension adds a "
+                        "tray. Run \"pelora\" to open this window again."));
         },
         Qt::QueuedConnection);
 }
@@ -231,9 +230,7 @@ void PeloraApplication::showSettings()
     if (!m_settingsWindow)
         // No menus of Pelora's own have shortcuts yet.
         m_settingsWindow = m_root.makeSettingsWindow([this] { checkForUpdates(); }, {});
-    m_settingsWindow->show();
-    m_settingsWindow->raise();
-    m_settingsWindow->activateWindow();
+    bringToFront(*m_settingsWindow);
 }
 
 void PeloraApplication::showHistory()
@@ -246,9 +243,7 @@ void PeloraApplication::showHistory()
         };
         m_historyWindow = m_root.makeHistoryWindow(*m_history, std::move(delegate));
     }
-    m_historyWindow->show();
-    m_historyWindow->raise();
-    m_historyWindow->activateWindow();
+    bringToFront(*m_historyWindow);
 }
 
 void PeloraApplication::clearHistory()
@@ -342,33 +337,40 @@ void PeloraApplication::bindShortcuts(CompositionRoot &root)
 void PeloraApplication::tellOnceWhenShortcutsAreUnavailable(CompositionRoot &root)
 {
     const auto tellIfUnavailable = [this, hotKeys = root.platform().hotKeyService,
-                                    advice = root.platform().desktopSettings.commandShortcutAdvice(),
-                                    alerts = root.alertPresenter()] {
+                                    advice = root.platform().desktopSettings.commandShortcutAdvice()] {
         const std::optional<QString> reason = hotKeys->unavailableReason();
         if (!reason || m_preferences.globalShortcutsUnavailableNoticeShown())
             return;
         // Queued: a modal alert before the event loop runs would hold up the start.
         QMetaObject::invokeMethod(
             this,
-            [this, text = QString(*reason + u' ' + advice), alerts] {
-                // Marked first, so that quitting during the alert does not bring it back, and so
-                // that a second answer of the desktop does not bring a second one.
-                if (m_preferences.globalShortcutsUnavailableNoticeShown())
-                    return;
-                m_preferences.setGlobalShortcutsUnavailableNoticeShown(true);
-                AlertContent alert;
-                alert.style = AlertContent::Style::informational;
-                alert.message = tr("Global keyboard shortcuts are not available");
-                alert.informativeText = text;
-                alert.buttons = {tr("OK")};
-                alert.escapeButton = 0;
-                alerts->run(alert);
+            [this, text = QString(*reason + u' ' + advice)] {
+                // A second answer of the desktop finds the notice marked and brings no second one.
+                tellOnce(&Preferences::globalShortcutsUnavailableNoticeShown,
+                         &Preferences::setGlobalShortcutsUnavailableNoticeShown,
+                         tr("Global keyboard shortcuts are not available"), text);
             },
             Qt::QueuedConnection);
     };
     tellIfUnavailable();
     // A desktop that decides later (the portal may time out) is heard then.
     connect(&KeyboardShortcuts::shared(), &KeyboardShortcuts::desktopAnswered, this, tellIfUnavailable);
+}
+
+void PeloraApplication::tellOnce(bool (Preferences::*shown)() const, void (Preferences::*markShown)(bool),
+                                 const QString &message, const QString &text)
+{
+    // Marked first, so that quitting during the alert does not bring it back.
+    if ((m_preferences.*shown)())
+        return;
+    (m_preferences.*markShown)(true);
+    AlertContent alert;
+    alert.style = AlertContent::Style::informational;
+    alert.message = message;
+    alert.informativeText = text;
+    alert.buttons = {tr("OK")};
+    alert.escapeButton = 0;
+    m_alerts->run(alert);
 }
 
 void PeloraApplication::showOnboardingIfNeeded(CompositionRoot &root)

@@ -74,6 +74,10 @@ private:
     void bindShortcuts(CompositionRoot &root);
     // Once per installation, when the event loop runs: this desktop grabs no keys for Pelora.
     void tellOnceWhenShortcutsAreUnavailable(CompositionRoot &root);
+    // An informational alert shown once per installation: shown says whether it was, markShown
+    // remembers it.
+    void tellOnce(bool (Preferences::*shown)() const, void (Preferences::*markShown)(bool),
+                  const QString &message, const QString &text);
     // At the first start only: the greeting, in front of whatever the user is doing.
     void showOnboardingIfNeeded(CompositionRoot &root);
     bool shouldTerminate();

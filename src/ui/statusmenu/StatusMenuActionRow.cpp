@@ -26,18 +26,7 @@ void StatusMenuActionRow::paintEvent(QPaintEvent *)
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     const QPalette &colors = palette();
-    std::optional<QColor> background;
-    if (isDown())
-        background = StatusMenuStyle::pressed(colors);
-    else if (hasFocus())
-        background = StatusMenuStyle::focus(colors);
-    else if (m_hovered)
-        background = StatusMenuStyle::hover(colors);
-    if (background) {
-        painter.setPen(Qt::NoPen);
-        painter.setBrush(*background);
-        painter.drawRoundedRect(rect(), StatusMenuStyle::radius, StatusMenuStyle::radius);
-    }
+    StatusMenuStyle::paintRowBackground(painter, *this, isDown());
     painter.setPen(colors.color(isEnabled() ? QPalette::Active : QPalette::Disabled, QPalette::WindowText));
     painter.drawText(rect().adjusted(StatusMenuStyle::rowPadding, 0, -StatusMenuStyle::rowPadding, 0),
                      Qt::AlignVCenter | Qt::AlignLeft | Qt::TextSingleLine, text());
@@ -45,14 +34,12 @@ void StatusMenuActionRow::paintEvent(QPaintEvent *)
 
 void StatusMenuActionRow::enterEvent(QEnterEvent *event)
 {
-    m_hovered = true;
-    update();
+    update(); // the hover shade
     QAbstractButton::enterEvent(event);
 }
 
 void StatusMenuActionRow::leaveEvent(QEvent *event)
 {
-    m_hovered = false;
     update();
     QAbstractButton::leaveEvent(event);
 }

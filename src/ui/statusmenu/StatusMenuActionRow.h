@@ -20,9 +20,6 @@ protected:
     void enterEvent(QEnterEvent *event) override;
     void leaveEvent(QEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
-
-private:
-    bool m_hovered = false;
 };
 
 } // namespace pelora

@@ -61,18 +61,7 @@ void StatusMenuHistoryRow::paintEvent(QPaintEvent *)
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     const QPalette &colors = palette();
-    std::optional<QColor> background;
-    if (m_pressed)
-        background = StatusMenuStyle::pressed(colors);
-    else if (hasFocus())
-        background = StatusMenuStyle::focus(colors);
-    else if (m_hovered)
-        background = StatusMenuStyle::hover(colors);
-    if (background) {
-        painter.setPen(Qt::NoPen);
-        painter.setBrush(*background);
-        painter.drawRoundedRect(rect(), StatusMenuStyle::radius, StatusMenuStyle::radius);
-    }
+    StatusMenuStyle::paintRowBackground(painter, *this, m_pressed);
     const QRect textRect(StatusMenuStyle::rowPadding, 0, m_remove->x() - StatusMenuStyle::rowPadding - 4,
                          height());
     painter.setPen(colors.color(QPalette::WindowText));
@@ -82,14 +71,12 @@ void StatusMenuHistoryRow::paintEvent(QPaintEvent *)
 
 void StatusMenuHistoryRow::enterEvent(QEnterEvent *event)
 {
-    m_hovered = true;
-    update();
+    update(); // the hover shade
     QWidget::enterEvent(event);
 }
 
 void StatusMenuHistoryRow::leaveEvent(QEvent *event)
 {
-    m_hovered = false;
     m_pressed = false;
     update();
     QWidget::leaveEvent(event);

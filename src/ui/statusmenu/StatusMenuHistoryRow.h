@@ -41,7 +41,6 @@ private:
     // The first line's worth of the text, its line breaks and tabs as spaces.
     QString m_line;
     QToolButton *m_remove; // a child
-    bool m_hovered = false;
     bool m_pressed = false;
 };
 

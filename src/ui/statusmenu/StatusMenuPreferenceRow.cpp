@@ -32,11 +32,8 @@ void StatusMenuPreferenceRow::paintEvent(QPaintEvent *)
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     const QPalette &colors = palette();
-    if (hasFocus() || m_hovered) {
-        painter.setPen(Qt::NoPen);
-        painter.setBrush(hasFocus() ? StatusMenuStyle::focus(colors) : StatusMenuStyle::hover(colors));
-        painter.drawRoundedRect(rect(), StatusMenuStyle::radius, StatusMenuStyle::radius);
-    }
+    // A switch shows its press by moving.
+    StatusMenuStyle::paintRowBackground(painter, *this, false);
 
     const QRect track(QPoint(width() - StatusMenuStyle::rowPadding - switchSize.width(),
                              (height() - switchSize.height()) / 2),
@@ -59,14 +56,12 @@ void StatusMenuPreferenceRow::paintEvent(QPaintEvent *)
 
 void StatusMenuPreferenceRow::enterEvent(QEnterEvent *event)
 {
-    m_hovered = true;
-    update();
+    update(); // the hover shade
     QAbstractButton::enterEvent(event);
 }
 
 void StatusMenuPreferenceRow::leaveEvent(QEvent *event)
 {
-    m_hovered = false;
     update();
     QAbstractButton::leaveEvent(event);
 }

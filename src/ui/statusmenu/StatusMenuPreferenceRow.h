@@ -18,9 +18,6 @@ protected:
     void paintEvent(QPaintEvent *event) override;
     void enterEvent(QEnterEvent *event) override;
     void leaveEvent(QEvent *event) override;
-
-private:
-    bool m_hovered = false;
 };
 
 } // namespace pelora

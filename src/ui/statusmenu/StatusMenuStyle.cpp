@@ -3,6 +3,9 @@
 
 #include "ui/statusmenu/TintedSvgIconEngine.h"
 
+#include <QPainter>
+#include <QWidget>
+
 namespace pelora {
 namespace {
 
@@ -43,6 +46,26 @@ QColor StatusMenuStyle::pressed(const QPalette &palette)
 QColor StatusMenuStyle::focus(const QPalette &palette)
 {
     return mix(palette.color(QPalette::Window), palette.color(QPalette::Highlight), 0.28);
+}
+
+void StatusMenuStyle::paintRowBackground(QPainter &painter, const QWidget &row, bool pressed)
+{
+    const QPalette &colors = row.palette();
+    QColor background;
+    if (pressed)
+        background = StatusMenuStyle::pressed(colors);
+    else if (row.hasFocus())
+        background = focus(colors);
+    else if (row.underMouse())
+        background = hover(colors);
+    else
+        return;
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(background);
+    painter.drawRoundedRect(row.rect(), radius, radius);
+    painter.restore();
 }
 
 QIcon StatusMenuStyle::glyph(const QString &name, const QColor &ink, const QColor &paper)

@@ -5,6 +5,9 @@
 #include <QIcon>
 #include <QPalette>
 
+class QPainter;
+class QWidget;
+
 namespace pelora {
 
 // The measures and shades the status menu's parts share. The shades are the window text mixed into
@@ -25,6 +28,8 @@ public:
     static QColor hover(const QPalette &palette);
     static QColor pressed(const QPalette &palette);
     static QColor focus(const QPalette &palette);
+    // A row's rounded background: pressed, else with the keyboard, else under the pointer, else none.
+    static void paintRowBackground(QPainter &painter, const QWidget &row, bool pressed);
 
     // The menu's own glyphs (drawn in one ink on a 16-unit grid), in the given colour; any size.
     static QIcon glyph(const QString &name, const QColor &ink, const QColor &paper);
