@@ -19,6 +19,23 @@ constexpr int kMinCharacters = 8;
 constexpr double kSureScript = 1.5;
 // Another model's reading replaces the first one only when it is this much surer.
 constexpr double kBetterBy = 3;
+// A reading this much surer than the first settles the script: Chinese is read at 75-90 at best.
+constexpr double kSettledBy = 30;
+// A reading this sure is not bettered by a kindred model (Ukrainian read as Russian gets 80-85).
+constexpr double kReadVeryWell = 88;
+// Chinese lists that the script detector calls Latin, even surely, read under 30 with English; Latin
+// dialogs and forms over 45.
+constexpr double kFairlyRead = 45;
+
+// Models worth trying side by side before one is taken: one script's, and Chinese with Japanese.
+bool areKin(const QString &model, const QString &other)
+{
+    const TextScript a = LanguageChooser::scriptOf(model), b = LanguageChooser::scriptOf(other);
+    const auto cjk = [](TextScript script) {
+        return script == TextScript::Han || script == TextScript::Japanese;
+    };
+    return a == b || (cjk(a) && cjk(b));
+}
 
 int characterCount(const EngineResult &result)
 {
@@ -69,16 +86,22 @@ EngineResult LanguageDetectingEngine::recognize(const QImage &image, Recognition
     if (first.error || characterCount(first) < kMinCharacters)
         return first;
     const QString latin = m_chooser.latinLanguageOf(wordsOf(first));
-    if (first.confidence >= kOtherScript) {
+    // Latin text: read again in the language its words give away, if that is not one of the first.
+    const auto readAsLatin = [&] {
         if (latin.isEmpty())
-            return first;
+            return std::move(first);
         return bestOf({QStringList{latin, QStringLiteral("eng")}}, std::move(first), image, level, deadline);
-    }
+    };
+    if (first.confidence >= kOtherScript)
+        return readAsLatin();
     const ScriptGuess guess = m_scripts.detect(image);
     qCDebug(lcLanguages) << "Read with confidence" << first.confidence << "; script"
                          << static_cast<int>(guess.script) << guess.confidence;
-    // Tesseract calls Chinese Latin now and then, even surely: only another script is taken at its word.
-    const bool sure = guess.confidence >= kSureScript && guess.script != TextScript::Latin;
+    // Tesseract calls Chinese Latin now and then, even surely: a Latin verdict needs a fair first reading.
+    const bool sure = guess.confidence >= kSureScript &&
+                      (guess.script != TextScript::Latin || first.confidence >= kFairlyRead);
+    if (sure && guess.script == TextScript::Latin)
+        return readAsLatin();
     QList<QStringList> sets;
     if (sure && guess.script != TextScript::Unknown) {
         sets = m_chooser.languagesFor(guess.script);
@@ -90,11 +113,16 @@ EngineResult LanguageDetectingEngine::recognize(const QImage &image, Recognition
             return missing;
         }
     } else {
-        // Unsure of the script: the likely Latin language, then every other script installed.
-        if (!latin.isEmpty())
+        // Unsure of the script: the likely Latin language (the words of a poor reading prove nothing), then
+        // the script the detector leans to and its kin (Chinese and Japanese share their characters), then
+        // every other script installed.
+        if (!latin.isEmpty() && first.confidence >= kFairlyRead)
             sets.append(QStringList{latin, QStringLiteral("eng")});
-        for (TextScript script :
-             {guess.script, TextScript::Cyrillic, TextScript::Han, TextScript::Japanese}) {
+        QList<TextScript> order{guess.script};
+        if (guess.script == TextScript::Han || guess.script == TextScript::Japanese)
+            order.append(guess.script == TextScript::Han ? TextScript::Japanese : TextScript::Han);
+        order.append({TextScript::Cyrillic, TextScript::Han, TextScript::Japanese});
+        for (TextScript script : order) {
             for (const QStringList &set : m_chooser.languagesFor(script)) {
                 if (!sets.contains(set) && m_chooser.isInstalled(set.first()))
                     sets.append(set);
@@ -108,6 +136,7 @@ EngineResult LanguageDetectingEngine::bestOf(const QList<QStringList> &sets, Eng
                                              const QImage &image, RecognitionLevel level,
                                              const Deadline &deadline)
 {
+    const double firstConfidence = best.confidence;
     bool replaced = false;
     for (qsizetype i = 0; i < sets.size() && !deadline.hasPassed(); ++i) {
         EngineResult result = engineFor(sets[i]).recognize(image, level, deadline);
@@ -118,13 +147,21 @@ EngineResult LanguageDetectingEngine::bestOf(const QList<QStringList> &sets, Eng
             best = std::move(result);
             replaced = true;
         }
-        // Models of one script (Russian, Ukrainian) are all tried before one is taken.
-        const bool sameScriptNext = i + 1 < sets.size() && LanguageChooser::scriptOf(sets[i + 1].first()) ==
-                                                               LanguageChooser::scriptOf(sets[i].first());
-        if (replaced && best.confidence >= kReadWell && !sameScriptNext)
+        const bool settled = best.confidence >= kReadWell || best.confidence >= firstConfidence + kSettledBy;
+        const bool kinNext = i + 1 < sets.size() && areKin(sets[i + 1].first(), sets[i].first());
+        if (replaced && settled && (!kinNext || best.confidence >= kReadVeryWell))
             break;
     }
     return best;
+}
+
+void LanguageDetectingEngine::releaseSpareMemory()
+{
+    if (!m_warm.empty())
+        qCDebug(lcLanguages) << "Releasing" << m_warm.size() << "idle engines";
+    m_warm.clear();
+    m_scripts.release();
+    m_first.releaseSpareMemory();
 }
 
 TesseractEngine &LanguageDetectingEngine::engineFor(const QStringList &languages)

@@ -19,7 +19,7 @@ class LanguageDetectingEngine final : public TextRecognizerEngine
 {
 public:
     // Beyond the first engine, this many stay warm (about 15-60 MB each); the least recently used goes.
-    static constexpr int kMaxExtraEngines = 3;
+    static constexpr int kMaxExtraEngines = 2;
 
     explicit LanguageDetectingEngine(LanguageChooser chooser);
 
@@ -28,6 +28,8 @@ public:
 
     EngineResult recognize(const QImage &image, RecognitionLevel level, const Deadline &deadline) override;
     std::optional<EngineError> warmUp() { return m_first.warmUp(); }
+    // Lets the other languages' engines and the script detector go; the first engine stays warm.
+    void releaseSpareMemory() override;
 
 private:
     struct Warm

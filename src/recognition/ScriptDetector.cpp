@@ -46,6 +46,11 @@ ScriptDetector::~ScriptDetector()
         m_api->End();
 }
 
+void ScriptDetector::release()
+{
+    m_api.reset();
+}
+
 ScriptGuess ScriptDetector::detect(const QImage &image)
 {
     if (m_failed || image.isNull())

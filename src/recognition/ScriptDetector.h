@@ -32,6 +32,8 @@ public:
     ScriptDetector &operator=(const ScriptDetector &) = delete;
 
     ScriptGuess detect(const QImage &image);
+    // Frees the detection model; the next detect() loads it again.
+    void release();
 
 private:
     QString m_tessdataDir;

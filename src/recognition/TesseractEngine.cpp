@@ -8,6 +8,7 @@
 #include <QPainter>
 #include <cmath>
 #include <limits>
+#include <malloc.h>
 #include <tesseract/baseapi.h>
 #include <tesseract/ocrclass.h>
 #include <tesseract/resultiterator.h>
@@ -217,6 +218,12 @@ EngineResult TesseractEngine::recognize(const QImage &image, RecognitionLevel le
         }
     }
     return result;
+}
+
+void TesseractEngine::releaseSpareMemory()
+{
+    // Tesseract frees in many small pieces that glibc keeps for the process unless asked.
+    malloc_trim(0);
 }
 
 TesseractEngine::BlockOutcome

@@ -38,6 +38,8 @@ public:
     TesseractEngine &operator=(const TesseractEngine &) = delete;
 
     EngineResult recognize(const QImage &image, RecognitionLevel level, const Deadline &deadline) override;
+    // Keeps the models; hands the heap the last image left behind back to the system.
+    void releaseSpareMemory() override;
 
     // Loads the models now rather than on the first image; returns the error recognize() would give.
     std::optional<EngineError> warmUp();

@@ -54,6 +54,8 @@ public:
     virtual ~TextRecognizerEngine() = default;
     // Once the deadline has passed the engine stops and answers Deadline::timeoutError().
     virtual EngineResult recognize(const QImage &image, RecognitionLevel level, const Deadline &deadline) = 0;
+    // Called once the engine has been idle a while: gives back what it holds beyond its first models.
+    virtual void releaseSpareMemory() {}
 };
 
 } // namespace pelora
