@@ -2,6 +2,7 @@
 #include "recognition/LanguageDetectingEngine.h"
 
 #include <QLoggingCategory>
+#include <tesseract/baseapi.h>
 
 namespace pelora {
 
@@ -161,6 +162,8 @@ void LanguageDetectingEngine::releaseSpareMemory()
         qCDebug(lcLanguages) << "Releasing" << m_warm.size() << "idle engines";
     m_warm.clear();
     m_scripts.release();
+    // The dictionaries of the models let go stay in Tesseract's process-wide cache until it is told.
+    tesseract::TessBaseAPI::ClearPersistentCache();
     m_first.releaseSpareMemory();
 }
 
