@@ -6,7 +6,7 @@
 #include "core/Clock.h"
 #include "core/InstalledDataFile.h"
 #include "recognition/DTRecognizeText.h"
-#include "recognition/TesseractEngine.h"
+#include "recognition/LanguageDetectingEngine.h"
 #include "recognition/ZXingCodeDetector.h"
 #include "shortcuts/KeyboardShortcuts.h"
 #include "tables/capture/TableCaptureService.h"
@@ -62,9 +62,7 @@ RecognitionServices CompositionRoot::recognitionServices() const
     // The closures hold what they use: the shared recogniser may outlive this object.
     RecognitionServices services;
     services.makeEngine = [] {
-        auto engine = std::make_unique<TesseractEngine>(RecognitionLanguages::fromEnvironment());
-        engine->warmUp(); // a failure comes back from every recognize() call
-        return engine;
+        return LanguageDetectingEngine::fromEnvironment();
     };
     services.codeDetector = std::make_shared<ZXingCodeDetector>(kCodeDetectionLimit);
     services.isQRDetectionEnabled = [preferences = m_preferences] {

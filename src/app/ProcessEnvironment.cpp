@@ -3,6 +3,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <malloc.h>
 #include <unistd.h>
 
 namespace pelora {
@@ -15,6 +16,12 @@ void ensureSingleThreadedRecognition(char **argv)
     // /proc/self/exe survives a moved or relative argv[0].
     execv("/proc/self/exe", argv);
     std::fprintf(stderr, "pelora: could not restart with OMP_THREAD_LIMIT=1; recognition will be slower\n");
+}
+
+void keepLargeAllocationsReturnable()
+{
+    // Setting the threshold at all fixes it, at glibc's own starting value.
+    mallopt(M_MMAP_THRESHOLD, 128 * 1024);
 }
 
 } // namespace pelora

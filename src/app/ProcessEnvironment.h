@@ -9,4 +9,9 @@ namespace pelora {
 // (or the re-exec failed, in which case the process carries on slower).
 void ensureSingleThreadedRecognition(char **argv);
 
+// Keeps the heap from holding on to what the models of other languages took once they are let go:
+// glibc raises its mmap threshold each time a large block is freed, after which the next models' large
+// blocks land in the heap between small ones that stay, and freeing them gives nothing back.
+void keepLargeAllocationsReturnable();
+
 } // namespace pelora

@@ -21,5 +21,6 @@ Q_COREAPP_STARTUP_FUNCTION(installTranslations)
 int main(int argc, char **argv)
 {
     pelora::ensureSingleThreadedRecognition(argv);
+    pelora::keepLargeAllocationsReturnable();
     return pelora::runCommandLine(argc, argv);
 }

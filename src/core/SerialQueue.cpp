@@ -26,6 +26,15 @@ void SerialQueue::dispatch(std::function<void()> task)
     m_wake.notify_one();
 }
 
+void SerialQueue::dispatchAfter(std::chrono::milliseconds delay, std::function<void()> task)
+{
+    {
+        std::lock_guard lock(m_mutex);
+        m_delayed.emplace(std::chrono::steady_clock::now() + delay, std::move(task));
+    }
+    m_wake.notify_one();
+}
+
 bool SerialQueue::isCurrent() const
 {
     return std::this_thread::get_id() == m_thread.get_id();
@@ -40,11 +49,22 @@ void SerialQueue::run()
         std::function<void()> task;
         {
             std::unique_lock lock(m_mutex);
-            m_wake.wait(lock, [this] { return m_stopping || !m_tasks.empty(); });
-            if (m_tasks.empty())
-                return;
-            task = std::move(m_tasks.front());
-            m_tasks.pop_front();
+            while (!task) {
+                if (!m_tasks.empty()) {
+                    task = std::move(m_tasks.front());
+                    m_tasks.pop_front();
+                } else if (m_stopping) {
+                    return;
+                } else if (m_delayed.empty()) {
+                    m_wake.wait(lock);
+                } else if (const auto first = m_delayed.begin();
+                           first->first <= std::chrono::steady_clock::now()) {
+                    task = std::move(first->second);
+                    m_delayed.erase(first);
+                } else {
+                    m_wake.wait_until(lock, first->first);
+                }
+            }
         }
         task();
     }

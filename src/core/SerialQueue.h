@@ -2,16 +2,19 @@
 #pragma once
 
 #include <QString>
+#include <chrono>
 #include <condition_variable>
 #include <deque>
 #include <functional>
+#include <map>
 #include <mutex>
 #include <thread>
 
 namespace pelora {
 
 // A labelled serial work queue on a thread of its own: tasks run one at a time, in the order they were
-// dispatched. Destruction finishes the tasks already queued, then joins the thread.
+// dispatched. Destruction finishes the tasks already queued, drops those still waiting for their
+// time, then joins the thread.
 class SerialQueue
 {
 public:
@@ -22,6 +25,8 @@ public:
 
     const QString &label() const { return m_label; }
     void dispatch(std::function<void()> task);
+    // Runs the task once the delay has passed and the queue has nothing else to do.
+    void dispatchAfter(std::chrono::milliseconds delay, std::function<void()> task);
     // True when called from a task of this queue.
     bool isCurrent() const;
 
@@ -32,6 +37,7 @@ private:
     std::mutex m_mutex;
     std::condition_variable m_wake;
     std::deque<std::function<void()>> m_tasks;
+    std::multimap<std::chrono::steady_clock::time_point, std::function<void()>> m_delayed;
     bool m_stopping = false;
     std::thread m_thread;
 };

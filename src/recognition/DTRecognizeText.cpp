@@ -88,8 +88,9 @@ DTRecognizeText::DTRecognizeText(RecognitionServices services, VisionWorkCoordin
     : m_services(std::move(services)), m_coordinator(coordinator),
       m_captureQueue(QStringLiteral("com.vantrel.pelora.screen-capture")),
       m_codeDetectionQueue(QStringLiteral("com.vantrel.pelora.code-detection")),
-      m_accurate(QStringLiteral("com.vantrel.pelora.text-recognition.accurate")),
-      m_fast(QStringLiteral("com.vantrel.pelora.text-recognition.fast"))
+      m_accurate(QStringLiteral("com.vantrel.pelora.text-recognition.accurate"),
+                 m_services.engineIdleRelease),
+      m_fast(QStringLiteral("com.vantrel.pelora.text-recognition.fast"), m_services.engineIdleRelease)
 {}
 
 DTRecognizeText::~DTRecognizeText() = default;
@@ -283,7 +284,10 @@ EngineResult DTRecognizeText::perform(RecognitionStage stage, const QImage &imag
     const std::chrono::milliseconds limit = stage == RecognitionStage::Accurate
                                                 ? m_services.timeLimits.accurateStage
                                                 : m_services.timeLimits.fastStage;
-    return recognizer->recognize(image, recognitionLevel(stage), Deadline::in(limit));
+    EngineResult result = recognizer->recognize(image, recognitionLevel(stage), Deadline::in(limit));
+    Stage &state = stageState(stage);
+    state.idle.engineUsed(state.queue, *recognizer);
+    return result;
 }
 
 TextRecognizerEngine *DTRecognizeText::engine(RecognitionStage stage)

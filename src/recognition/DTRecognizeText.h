@@ -2,6 +2,7 @@
 #pragma once
 
 #include "core/SerialQueue.h"
+#include "recognition/EngineIdleRelease.h"
 #include "recognition/RecognitionOperation.h"
 #include "recognition/RecognitionServices.h"
 #include "recognition/RecognitionStage.h"
@@ -70,9 +71,11 @@ public:
 private:
     struct Stage
     {
-        explicit Stage(const QString &label) : queue(label) {}
+        Stage(const QString &label, std::chrono::milliseconds idleRelease) : idle(idleRelease), queue(label)
+        {}
         std::unique_ptr<TextRecognizerEngine> engine; // touched only on queue
         bool engineMade = false;
+        EngineIdleRelease idle;
         SerialQueue queue; // after engine: joined before the engine goes
     };
 

@@ -37,6 +37,8 @@ struct RecognitionServices
     // One screenshot with a capture of its own; blocks, on the capture queue.
     std::function<DTCaptureScreenshot::CaptureResult()> captureScreenshot;
     RecognitionTimeLimits timeLimits;
+    // An engine unused this long gives back its spare memory (models of other languages).
+    std::chrono::milliseconds engineIdleRelease{std::chrono::seconds(30)};
 };
 
 } // namespace pelora

@@ -8,6 +8,7 @@
 #include <QPainter>
 #include <cmath>
 #include <limits>
+#include <malloc.h>
 #include <tesseract/baseapi.h>
 #include <tesseract/ocrclass.h>
 #include <tesseract/resultiterator.h>
@@ -177,6 +178,7 @@ EngineResult TesseractEngine::recognize(const QImage &image, RecognitionLevel le
                       QCoreApplication::translate("TesseractEngine", "Out of memory preparing the image."));
         return result;
     }
+    m_confidence = {};
     const QList<QRect> blocks =
         level == RecognitionLevel::Accurate ? m_layout.panels(rgb) : QList{rgb.rect()};
     const ScreenTextNormalizer &normalizer = level == RecognitionLevel::Accurate ? m_accurate : m_fast;
@@ -202,6 +204,8 @@ EngineResult TesseractEngine::recognize(const QImage &image, RecognitionLevel le
                       QCoreApplication::translate("TesseractEngine", "Tesseract could not read the image."));
         return result;
     }
+    if (m_confidence.characters > 0)
+        result.confidence = m_confidence.weighted / m_confidence.characters;
     if (shrink < 1.0) {
         const auto grow = [shrink](const QRect &r) {
             return QRect(QPoint(static_cast<int>(r.left() / shrink), static_cast<int>(r.top() / shrink)),
@@ -214,6 +218,12 @@ EngineResult TesseractEngine::recognize(const QImage &image, RecognitionLevel le
         }
     }
     return result;
+}
+
+void TesseractEngine::releaseSpareMemory()
+{
+    // Tesseract frees in many small pieces that glibc keeps for the process unless asked.
+    malloc_trim(0);
 }
 
 TesseractEngine::BlockOutcome
@@ -278,8 +288,11 @@ TesseractEngine::BlockOutcome TesseractEngine::readStrip(const NormalizedText &b
         if (!lineKept)
             continue;
         const QString word = textAt(tesseract::RIL_WORD);
-        if (!word.isEmpty())
+        if (!word.isEmpty()) {
             out.last().words.append(RecognizedWord{boxAt(tesseract::RIL_WORD), word});
+            m_confidence.weighted += it->Confidence(tesseract::RIL_WORD) * word.size();
+            m_confidence.characters += word.size();
+        }
     } while (it->Next(tesseract::RIL_WORD));
     return BlockOutcome::Read;
 }

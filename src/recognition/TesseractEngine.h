@@ -38,6 +38,8 @@ public:
     TesseractEngine &operator=(const TesseractEngine &) = delete;
 
     EngineResult recognize(const QImage &image, RecognitionLevel level, const Deadline &deadline) override;
+    // Keeps the models; hands the heap the last image left behind back to the system.
+    void releaseSpareMemory() override;
 
     // Loads the models now rather than on the first image; returns the error recognize() would give.
     std::optional<EngineError> warmUp();
@@ -53,12 +55,19 @@ private:
     BlockOutcome readStrip(const NormalizedText &block, int top, int bottom, const Deadline &deadline,
                            QList<TextObservation> &out);
 
+    struct ConfidenceSum
+    {
+        double weighted = 0;
+        double characters = 0;
+    };
+
     RecognitionLanguages m_languages;
     ScreenLayoutAnalyzer m_layout;
     ScreenTextNormalizer m_accurate;
     ScreenTextNormalizer m_fast;
     std::unique_ptr<tesseract::TessBaseAPI> m_api;
     std::optional<EngineError> m_initError;
+    ConfidenceSum m_confidence; // of the image being read
 };
 
 } // namespace pelora

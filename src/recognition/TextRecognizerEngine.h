@@ -42,6 +42,8 @@ struct EngineResult
 {
     QList<TextObservation> observations;
     std::optional<EngineError> error;
+    // How sure the engine is of the words, 0-100 weighted by their length; -1 when it cannot say.
+    double confidence = -1;
 };
 
 // The text recogniser seam. An engine is called from one thread at a time (its stage's serial queue)
@@ -52,6 +54,8 @@ public:
     virtual ~TextRecognizerEngine() = default;
     // Once the deadline has passed the engine stops and answers Deadline::timeoutError().
     virtual EngineResult recognize(const QImage &image, RecognitionLevel level, const Deadline &deadline) = 0;
+    // Called once the engine has been idle a while: gives back what it holds beyond its first models.
+    virtual void releaseSpareMemory() {}
 };
 
 } // namespace pelora

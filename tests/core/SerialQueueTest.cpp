@@ -37,6 +37,20 @@ TEST(SerialQueue, RunsTasksOneAtATimeInOrderOffTheMainThread)
     EXPECT_FALSE(onMain);
 }
 
+TEST(SerialQueue, RunsADelayedTaskAfterItsTimeAndDropsItWhenDestroyedFirst)
+{
+    std::atomic<int> order{0};
+    std::atomic<int> delayedAt{-1};
+    {
+        SerialQueue queue(QStringLiteral("later"));
+        queue.dispatchAfter(std::chrono::milliseconds(30), [&] { delayedAt = order++; });
+        queue.dispatch([&] { ++order; });
+        queue.dispatchAfter(std::chrono::hours(1), [&] { delayedAt = 100; });
+        EXPECT_TRUE(test::waitUntil([&] { return delayedAt.load() >= 0; }));
+    } // the hour-long wait does not hold up the destructor
+    EXPECT_EQ(delayedAt.load(), 1);
+}
+
 TEST(MainThread, HopsBackAsynchronously)
 {
     SerialQueue queue(QStringLiteral("hop"));

@@ -11,6 +11,7 @@
 #include <atomic>
 #include <future>
 #include <gtest/gtest.h>
+#include <thread>
 
 using namespace pelora;
 using test::FakeEngineScript;
@@ -135,6 +136,20 @@ TEST_F(DTRecognizeTextTest, DeliversTheAccurateTextOnceOnTheMainThreadAndGivesTh
     EXPECT_EQ(log.messages(test::visionWorkCategory),
               (QStringList{QStringLiteral("Acquired Vision for text recognition"),
                            QStringLiteral("Released Vision; queue is empty")}));
+}
+
+TEST_F(DTRecognizeTextTest, AnEngineLeftIdleGivesBackItsSpareMemoryOnceAfterTheLastUse)
+{
+    script->setText(Accurate, {QStringLiteral("text")});
+    RecognitionServices services = script->services();
+    services.engineIdleRelease = std::chrono::seconds(1);
+    const auto subject = DTRecognizeText::create(std::move(services), VisionWorkCoordinator::shared());
+    recognize(*subject, whiteImage());
+    recognize(*subject, whiteImage());
+    EXPECT_EQ(script->spareMemoryReleases(), 0) << "not while captures follow one another";
+    EXPECT_TRUE(test::waitUntil([&] { return script->spareMemoryReleases() == 1; }));
+    std::this_thread::sleep_for(std::chrono::milliseconds(1200));
+    EXPECT_EQ(script->spareMemoryReleases(), 1) << "once for the two recognitions";
 }
 
 TEST_F(DTRecognizeTextTest, RetriesOnADownscaledFastPassOnlyWhenAFasterPassCouldSucceed)

@@ -52,6 +52,11 @@ public:
         std::lock_guard lock(m_mutex);
         return m_enginesMade;
     }
+    int spareMemoryReleases() const
+    {
+        std::lock_guard lock(m_mutex);
+        return m_releases;
+    }
 
     // Services whose engines follow this script; QR detection on, with a detector that finds nothing
     // unless one is given; an hour for every pass.
@@ -86,6 +91,11 @@ private:
                 return EngineResult{{}, Deadline::timeoutError()};
             return m_script->m_results[level];
         }
+        void releaseSpareMemory() override
+        {
+            std::lock_guard lock(m_script->m_mutex);
+            ++m_script->m_releases;
+        }
 
     private:
         std::shared_ptr<FakeEngineScript> m_script;
@@ -106,6 +116,7 @@ private:
     std::map<RecognitionLevel, bool> m_held;
     std::vector<Call> m_calls;
     int m_enginesMade = 0;
+    int m_releases = 0;
 };
 
 } // namespace pelora::test

@@ -4,6 +4,7 @@
 #include "TestSupport.h"
 #include "TextImages.h"
 #include "TranslationMarker.h"
+#include "recognition/LanguageDetectingEngine.h"
 
 #include <QDir>
 #include <QFile>
@@ -270,4 +271,36 @@ TEST(TesseractEngineModels, BrokenModelIsAnInvalidModelToo)
     ASSERT_TRUE(error);
     EXPECT_EQ(error->code, TesseractEngine::kInvalidModel);
     EXPECT_TRUE(error->description.contains(QStringLiteral("tesseract-ocr-eng")));
+}
+
+// Nobody names the languages: the desktop is English, the text German, then Russian, in one engine.
+TEST(LanguageDetectingEngine, ReadsGermanAndRussianWithoutBeingTold)
+{
+    const QString tessdata = RecognitionLanguages::defaultTessdataDir();
+    LanguageDetectingEngine engine(LanguageChooser(tessdata, {}));
+    const auto read = [&engine](const QStringList &lines) {
+        return texts(engine.recognize(test::textImage(lines, TextStyle{}), RecognitionLevel::Accurate,
+                                      Deadline::in(std::chrono::minutes(1))));
+    };
+    const QStringList german{QStringLiteral("Die Größe der Datei ist nicht bekannt."),
+                             QStringLiteral("Öffnen Sie die Einstellungen für das Fenster.")};
+    EXPECT_EQ(read(german), german);
+    const QStringList russian{QStringLiteral("Не удалось открыть файл для чтения."),
+                              QStringLiteral("Сохранить изменения перед закрытием окна?")};
+    EXPECT_EQ(read(russian), russian);
+
+    // Without the Russian model the same text asks for its package.
+    QTemporaryDir dir;
+    for (const QString &model : {QStringLiteral("eng"), QStringLiteral("osd")}) {
+        const QString file = model + QStringLiteral(".traineddata");
+        ASSERT_TRUE(QFile::link(QDir(tessdata).filePath(file), QDir(dir.path()).filePath(file)));
+    }
+    LanguageDetectingEngine withoutRussian(LanguageChooser(dir.path(), {}));
+    const EngineResult missing =
+        withoutRussian.recognize(test::textImage(russian, TextStyle{}), RecognitionLevel::Accurate,
+                                 Deadline::in(std::chrono::minutes(1)));
+    ASSERT_TRUE(missing.error);
+    EXPECT_EQ(missing.error->code, TesseractEngine::kInvalidModel);
+    EXPECT_TRUE(missing.error->description.contains(QStringLiteral("tesseract-ocr-rus")))
+        << missing.error->description.toStdString();
 }

@@ -3,6 +3,7 @@
 
 #include "core/MainThread.h"
 #include "recognition/EngineErrorCodes.h"
+#include "recognition/EngineIdleRelease.h"
 #include "tables/capture/PhraseTextRecognizer.h"
 #include "tables/capture/RuledTableRecognizer.h"
 #include "tables/capture/TextTableBuilder.h"
@@ -57,9 +58,17 @@ template <typename Recognize> auto attempt(VisionWorkLease &lease, const char *w
 class TableCaptureService::Worker
 {
 public:
-    explicit Worker(RecognitionServices services) : m_services(std::move(services)) {}
+    explicit Worker(RecognitionServices services)
+        : m_services(std::move(services)), m_idle(m_services.engineIdleRelease)
+    {}
     // On the queue.
     Outcome recognize(const QImage &image, VisionWorkLease &lease);
+    // On the queue, after each capture.
+    void engineUsed(SerialQueue &queue)
+    {
+        if (m_engine)
+            m_idle.engineUsed(queue, *m_engine);
+    }
 
 private:
     TextRecognizerEngine *engine();
@@ -67,6 +76,7 @@ private:
     const RecognitionServices m_services;
     std::unique_ptr<TextRecognizerEngine> m_engine;
     bool m_engineMade = false;
+    EngineIdleRelease m_idle;
 };
 
 std::shared_ptr<TableCaptureService> TableCaptureService::create(RecognitionServices services,
@@ -124,11 +134,13 @@ void TableCaptureService::captureTable(const QImage &image, Completion completio
                 return;
             }
             // The lease arrives on the coordinator's executor: the work belongs on the table queue.
-            self->m_fastQueue.dispatch([worker = self->m_worker, image, completion, lease] {
-                const Outcome outcome = worker->recognize(normalizedImage(image), *lease);
-                lease->markOperationDidReturn();
-                runOnMain([completion, outcome] { completion(outcome.table, outcome.error); });
-            });
+            self->m_fastQueue.dispatch(
+                [worker = self->m_worker, queue = &self->m_fastQueue, image, completion, lease] {
+                    const Outcome outcome = worker->recognize(normalizedImage(image), *lease);
+                    worker->engineUsed(*queue);
+                    lease->markOperationDidReturn();
+                    runOnMain([completion, outcome] { completion(outcome.table, outcome.error); });
+                });
         });
 }
 

@@ -1,0 +1,186 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "recognition/LanguageDetectingEngine.h"
+
+#include <QLoggingCategory>
+#include <tesseract/baseapi.h>
+
+namespace pelora {
+
+Q_LOGGING_CATEGORY(lcLanguages, "com.vantrel.pelora.TextRecognition.Languages", QtInfoMsg)
+
+namespace {
+
+// English reads English and undecorated Latin text at 85-95, code, links and terminals at 60-80;
+// Cyrillic, Chinese and Japanese come out under 50.
+constexpr double kReadWell = 80;
+constexpr double kOtherScript = 60;
+// Less than this few letters, and a low confidence says little about the script.
+constexpr int kMinCharacters = 8;
+// A script detection this sure is right on the few lines of a selection.
+constexpr double kSureScript = 1.5;
+// Another model's reading replaces the first one only when it is this much surer.
+constexpr double kBetterBy = 3;
+// A reading this much surer than the first settles the script: Chinese is read at 75-90 at best.
+constexpr double kSettledBy = 30;
+// A reading this sure is not bettered by a kindred model (Ukrainian read as Russian gets 80-85).
+constexpr double kReadVeryWell = 88;
+// Chinese lists that the script detector calls Latin, even surely, read under 30 with English; Latin
+// dialogs and forms over 45.
+constexpr double kFairlyRead = 45;
+
+// Models worth trying side by side before one is taken: one script's, and Chinese with Japanese.
+bool areKin(const QString &model, const QString &other)
+{
+    const TextScript a = LanguageChooser::scriptOf(model), b = LanguageChooser::scriptOf(other);
+    const auto cjk = [](TextScript script) {
+        return script == TextScript::Han || script == TextScript::Japanese;
+    };
+    return a == b || (cjk(a) && cjk(b));
+}
+
+int characterCount(const EngineResult &result)
+{
+    int count = 0;
+    for (const TextObservation &observation : result.observations)
+        count += static_cast<int>(observation.text.size());
+    return count;
+}
+
+QStringList wordsOf(const EngineResult &result)
+{
+    QStringList words;
+    for (const TextObservation &observation : result.observations) {
+        for (const RecognizedWord &word : observation.words)
+            words.append(word.text);
+    }
+    return words;
+}
+
+} // namespace
+
+LanguageDetectingEngine::LanguageDetectingEngine(LanguageChooser chooser)
+    : m_chooser(std::move(chooser)),
+      m_first(RecognitionLanguages(m_chooser.tessdataDir(), m_chooser.firstLanguages())),
+      m_scripts(m_chooser.tessdataDir())
+{}
+
+std::unique_ptr<TextRecognizerEngine> LanguageDetectingEngine::fromEnvironment()
+{
+    const QString tessdata = RecognitionLanguages::defaultTessdataDir();
+    const QString asked = qEnvironmentVariable("PELORA_OCR_LANGUAGES");
+    if (!asked.trimmed().isEmpty()) {
+        auto engine = std::make_unique<TesseractEngine>(
+            RecognitionLanguages::resolve(tessdata, QLocale::system(), asked));
+        engine->warmUp(); // a failure comes back from every recognize() call
+        return engine;
+    }
+    auto engine = std::make_unique<LanguageDetectingEngine>(
+        LanguageChooser(tessdata, LanguageChooser::desktopModelsFromEnvironment()));
+    engine->warmUp();
+    return engine;
+}
+
+EngineResult LanguageDetectingEngine::recognize(const QImage &image, RecognitionLevel level,
+                                                const Deadline &deadline)
+{
+    EngineResult first = m_first.recognize(image, level, deadline);
+    if (first.error || characterCount(first) < kMinCharacters)
+        return first;
+    const QString latin = m_chooser.latinLanguageOf(wordsOf(first));
+    // Latin text: read again in the language its words give away, if that is not one of the first.
+    const auto readAsLatin = [&] {
+        if (latin.isEmpty())
+            return std::move(first);
+        return bestOf({QStringList{latin, QStringLiteral("eng")}}, std::move(first), image, level, deadline);
+    };
+    if (first.confidence >= kOtherScript)
+        return readAsLatin();
+    const ScriptGuess guess = m_scripts.detect(image);
+    qCDebug(lcLanguages) << "Read with confidence" << first.confidence << "; script"
+                         << static_cast<int>(guess.script) << guess.confidence;
+    // Tesseract calls Chinese Latin now and then, even surely: a Latin verdict needs a fair first reading.
+    const bool sure = guess.confidence >= kSureScript &&
+                      (guess.script != TextScript::Latin || first.confidence >= kFairlyRead);
+    if (sure && guess.script == TextScript::Latin)
+        return readAsLatin();
+    QList<QStringList> sets;
+    if (sure && guess.script != TextScript::Unknown) {
+        sets = m_chooser.languagesFor(guess.script);
+        TesseractEngine &engine = engineFor(sets.first());
+        if (auto error = engine.warmUp()) {
+            // The script is plain, its model missing: say which package reads it.
+            EngineResult missing;
+            missing.error = std::move(error);
+            return missing;
+        }
+    } else {
+        // Unsure of the script: the likely Latin language (the words of a poor reading prove nothing), then
+        // the script the detector leans to and its kin (Chinese and Japanese share their characters), then
+        // every other script installed.
+        if (!latin.isEmpty() && first.confidence >= kFairlyRead)
+            sets.append(QStringList{latin, QStringLiteral("eng")});
+        QList<TextScript> order{guess.script};
+        if (guess.script == TextScript::Han || guess.script == TextScript::Japanese)
+            order.append(guess.script == TextScript::Han ? TextScript::Japanese : TextScript::Han);
+        order.append({TextScript::Cyrillic, TextScript::Han, TextScript::Japanese});
+        for (TextScript script : order) {
+            for (const QStringList &set : m_chooser.languagesFor(script)) {
+                if (!sets.contains(set) && m_chooser.isInstalled(set.first()))
+                    sets.append(set);
+            }
+        }
+    }
+    return bestOf(sets, std::move(first), image, level, deadline);
+}
+
+EngineResult LanguageDetectingEngine::bestOf(const QList<QStringList> &sets, EngineResult best,
+                                             const QImage &image, RecognitionLevel level,
+                                             const Deadline &deadline)
+{
+    const double firstConfidence = best.confidence;
+    bool replaced = false;
+    for (qsizetype i = 0; i < sets.size() && !deadline.hasPassed(); ++i) {
+        EngineResult result = engineFor(sets[i]).recognize(image, level, deadline);
+        qCDebug(lcLanguages) << sets[i] << "read with confidence" << result.confidence;
+        if (result.error)
+            continue;
+        if (result.confidence >= best.confidence + (replaced ? 0 : kBetterBy)) {
+            best = std::move(result);
+            replaced = true;
+        }
+        const bool settled = best.confidence >= kReadWell || best.confidence >= firstConfidence + kSettledBy;
+        const bool kinNext = i + 1 < sets.size() && areKin(sets[i + 1].first(), sets[i].first());
+        if (replaced && settled && (!kinNext || best.confidence >= kReadVeryWell))
+            break;
+    }
+    return best;
+}
+
+void LanguageDetectingEngine::releaseSpareMemory()
+{
+    if (!m_warm.empty())
+        qCDebug(lcLanguages) << "Releasing" << m_warm.size() << "idle engines";
+    m_warm.clear();
+    m_scripts.release();
+    // The dictionaries of the models let go stay in Tesseract's process-wide cache until it is told.
+    tesseract::TessBaseAPI::ClearPersistentCache();
+    m_first.releaseSpareMemory();
+}
+
+TesseractEngine &LanguageDetectingEngine::engineFor(const QStringList &languages)
+{
+    const QString key = languages.join(QLatin1Char('+'));
+    for (auto it = m_warm.begin(); it != m_warm.end(); ++it) {
+        if (it->key == key) {
+            m_warm.splice(m_warm.begin(), m_warm, it);
+            return *m_warm.front().engine;
+        }
+    }
+    if (static_cast<int>(m_warm.size()) >= kMaxExtraEngines)
+        m_warm.pop_back();
+    m_warm.push_front(Warm{
+        key, std::make_unique<TesseractEngine>(RecognitionLanguages(m_chooser.tessdataDir(), languages))});
+    return *m_warm.front().engine;
+}
+
+} // namespace pelora

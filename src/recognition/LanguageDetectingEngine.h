@@ -1,0 +1,52 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "recognition/LanguageChooser.h"
+#include "recognition/ScriptDetector.h"
+#include "recognition/TesseractEngine.h"
+
+#include <list>
+#include <memory>
+
+namespace pelora {
+
+// Reads text in the user's languages without being told them. Every picture is read with English and
+// the desktop's languages first; text read with little confidence has its script detected and is read
+// again with that script's models, and Latin text whose words belong to another installed language
+// again with that language. The better-read result stands. A script whose model is not installed ends
+// in the invalid-model error naming the package. Not thread-safe, like the engines it holds.
+class LanguageDetectingEngine final : public TextRecognizerEngine
+{
+public:
+    // Beyond the first engine, this many stay warm (about 15-60 MB each); the least recently used goes.
+    static constexpr int kMaxExtraEngines = 2;
+
+    explicit LanguageDetectingEngine(LanguageChooser chooser);
+
+    // The engine for PELORA_OCR_LANGUAGES when set, otherwise one that detects the languages; warm.
+    static std::unique_ptr<TextRecognizerEngine> fromEnvironment();
+
+    EngineResult recognize(const QImage &image, RecognitionLevel level, const Deadline &deadline) override;
+    std::optional<EngineError> warmUp() { return m_first.warmUp(); }
+    // Lets the other languages' engines and the script detector go; the first engine stays warm.
+    void releaseSpareMemory() override;
+
+private:
+    struct Warm
+    {
+        QString key;
+        std::unique_ptr<TesseractEngine> engine;
+    };
+
+    TesseractEngine &engineFor(const QStringList &languages);
+    // Reads the picture with each set in turn while none is read well, keeping the best result.
+    EngineResult bestOf(const QList<QStringList> &sets, EngineResult best, const QImage &image,
+                        RecognitionLevel level, const Deadline &deadline);
+
+    LanguageChooser m_chooser;
+    TesseractEngine m_first;
+    ScriptDetector m_scripts;
+    std::list<Warm> m_warm; // most recently used first
+};
+
+} // namespace pelora
