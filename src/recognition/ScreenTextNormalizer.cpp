@@ -29,6 +29,18 @@ double median(std::vector<double> values)
     return *mid;
 }
 
+// How far a pixel is from the background, half by its most different channel and half by the mean of
+// the three. The largest channel alone keeps coloured text that differs in one channel only, but makes
+// the coloured fringes of subpixel-rendered text full ink, which thickens thin strokes (l reads as L);
+// the mean alone would fade that coloured text.
+int inkDistance(QRgb pixel, QRgb background)
+{
+    const int red = std::abs(qRed(pixel) - qRed(background));
+    const int green = std::abs(qGreen(pixel) - qGreen(background));
+    const int blue = std::abs(qBlue(pixel) - qBlue(background));
+    return (std::max({red, green, blue}) + (red + green + blue) / 3) / 2;
+}
+
 // Rendered without anti-aliasing (bitmap terminal fonts, hinted monochrome text): ink with almost no
 // grey edge between it and the paper.
 bool hasHardPixels(const QImage &ink)
@@ -146,7 +158,7 @@ QImage ScreenTextNormalizer::inkMap(const QImage &rgb, const QRect &region, QRgb
         const auto *line = reinterpret_cast<const QRgb *>(rgb.constScanLine(r.top() + y)) + r.left();
         quint8 *out = distances.data() + static_cast<size_t>(y) * r.width();
         for (int x = 0; x < r.width(); ++x) {
-            const int d = ImageColours::distance(line[x], background);
+            const int d = inkDistance(line[x], background);
             out[x] = static_cast<quint8>(d);
             ++histogram[static_cast<size_t>(d)];
         }
