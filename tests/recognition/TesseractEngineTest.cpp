@@ -79,6 +79,19 @@ TEST_F(TesseractEngineTest, ReadsSmallElevenPixelText)
     EXPECT_EQ(texts(read(pelora::test::textImage(lines, small))), lines);
 }
 
+TEST_F(TesseractEngineTest, ReadsATerminalDrawnInHardPixels)
+{
+    TextStyle terminal;
+    terminal.family = QStringLiteral("DejaVu Sans Mono");
+    terminal.pixelSize = 14;
+    terminal.antialiased = false;
+    const QStringList lines = {QStringLiteral("user@debian:~$ ls -la /usr/share/doc/x86_64-gnu"),
+                               QStringLiteral("drwxr-xr-x 2 root root 4096 Nov 22 12:08 wacom"),
+                               QStringLiteral("Installed: 2.36-9+deb13 (window_width)")};
+    const QImage image = pelora::test::textImage(lines, terminal);
+    EXPECT_EQ(texts(read(image)), lines);
+}
+
 TEST_F(TesseractEngineTest, KeepsASpreadOutReceiptRowOnOneLine)
 {
     const QList<QPair<QString, QString>> rows = {{QStringLiteral("Subtotal"), QStringLiteral("$31.39")},

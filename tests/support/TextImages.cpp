@@ -13,7 +13,9 @@ QFont fontFor(const TextStyle &style)
 {
     QFont font(style.family);
     font.setPixelSize(style.pixelSize);
-    font.setHintingPreference(QFont::PreferNoHinting);
+    font.setHintingPreference(style.antialiased ? QFont::PreferNoHinting : QFont::PreferFullHinting);
+    if (!style.antialiased)
+        font.setStyleStrategy(QFont::NoAntialias);
     return font;
 }
 

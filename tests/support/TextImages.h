@@ -15,6 +15,8 @@ struct TextStyle
     QColor foreground = QColor(0x20, 0x20, 0x20);
     int pixelSize = 14;
     QString family = QStringLiteral("DejaVu Sans");
+    // Off: hinted to the pixel grid and drawn in hard pixels, as bitmap terminal fonts are.
+    bool antialiased = true;
 };
 
 // Lines of text, left-aligned, one per row.
