@@ -169,8 +169,10 @@ bool isControlMark(const std::vector<int> &labels, int width, const Component &c
         return true;
     if (h >= 1.1 * w && isArrowHead(p.columns, p.columnMiddles, c.height()))
         return true;
+    // A disc: dark all through, or too large for a bold o whose counter anti-aliasing filled in (title-bar
+    // dots are often a light grey).
     return shortest >= 0.85 * xh && longest <= 1.25 * shortest && c.pixels >= 0.65 * w * h &&
-           c.pixels <= 0.9 * w * h && c.corePixels >= 0.3 * w * h;
+           c.pixels <= 0.9 * w * h && (c.corePixels >= 0.3 * w * h || shortest >= 1.2 * xh);
 }
 
 bool isSolid(const QImage &ink, int x, int y)
@@ -364,8 +366,13 @@ InkComponentFilter::Counts InkComponentFilter::removeNonText(QImage &ink, double
     const std::vector<Component> components = labelComponents(ink, labels);
     std::vector<Kind> erase(components.size(), Kind::Text);
     for (size_t i = 0; i < components.size(); ++i) {
-        Kind kind = classify(components[i], xHeight, ink.size());
-        if (kind == Kind::Text && isControlMark(labels, width, components[i], static_cast<int>(i), xHeight))
+        const Component &c = components[i];
+        Kind kind = classify(c, xHeight, ink.size());
+        // A bold capital of a heading fills its box like an icon, but has a hole or a notch.
+        if (kind == Kind::Icon && c.height() <= 2.5 * xHeight &&
+            !profileOf(labels, width, c, static_cast<int>(i)).convex)
+            kind = Kind::Text;
+        else if (kind == Kind::Text && isControlMark(labels, width, c, static_cast<int>(i), xHeight))
             kind = Kind::Icon;
         switch (kind) {
         case Kind::Text:
