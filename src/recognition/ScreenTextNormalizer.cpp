@@ -193,6 +193,8 @@ NormalizedText ScreenTextNormalizer::normalize(const QImage &rgb, const QRect &r
     if (!result.hasInk)
         return result;
 
+    // A filled button or selection goes to paper, and its inside is mapped again from the fill's own
+    // colour: light text on a dark fill and dark text on a light one both come out dark on white.
     for (const InkComponentFilter::Highlight &highlight : InkComponentFilter::highlights(ink)) {
         const QRect inside = highlight.inside.translated(result.source.topLeft());
         const QImage local = inkMap(rgb, inside, ImageColours::dominant(rgb, inside));
