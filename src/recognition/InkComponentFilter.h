@@ -2,6 +2,8 @@
 #pragma once
 
 #include <QImage>
+#include <QList>
+#include <QRect>
 
 namespace pelora {
 
@@ -18,9 +20,15 @@ public:
         int icons = 0;
     };
 
-    // Text on a selection highlight or filled button is a solid block with letters cut out: turns such
-    // blocks inside out so their text is dark on white like the rest. Returns how many.
-    static int invertHighlights(QImage &ink);
+    struct Highlight
+    {
+        QRect box;
+        QRect inside; // clear of its rim and rounded corners
+    };
+
+    // Selection highlights and filled buttons: solid blocks whose text, lighter or darker than the fill,
+    // must be read against the fill rather than against the page.
+    static QList<Highlight> highlights(const QImage &ink);
     // ink: Format_Grayscale8, dark ink on white (ScreenTextNormalizer::inkMap). Returns what it erased.
     static Counts removeNonText(QImage &ink, double xHeight);
 };

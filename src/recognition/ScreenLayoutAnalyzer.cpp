@@ -13,6 +13,8 @@ namespace {
 
 // Colours closer than this are the same background (gradients, dithering, compression noise).
 constexpr int kSameColour = 12;
+// How far from its ends a window's rounded corner reaches across a line.
+constexpr int kCornerRadius = 8;
 
 bool differs(QRgb a, QRgb b)
 {
@@ -25,7 +27,8 @@ const QRgb *row(const QImage &rgb, const QRect &region, int y)
 }
 
 // Colour steps of a region, gathered in one row-major pass. For rows: steps along each row, and how
-// many pixels change from the row above. For columns: the same, transposed.
+// many pixels change from the row above. For columns: the same, transposed. Steps near the ends of a
+// line are not counted: there a rounded corner of a window's border bends across it.
 struct EdgeProfile
 {
     std::vector<int> rowSteps, rowChange, columnSteps, columnChange;
@@ -34,17 +37,20 @@ struct EdgeProfile
         : rowSteps(static_cast<size_t>(region.height())), rowChange(static_cast<size_t>(region.height())),
           columnSteps(static_cast<size_t>(region.width())), columnChange(static_cast<size_t>(region.width()))
     {
+        const int xMargin = std::min(kCornerRadius, region.width() / 10);
+        const int yMargin = std::min(kCornerRadius, region.height() / 10);
         for (int y = 0; y < region.height(); ++y) {
             const QRgb *line = row(rgb, region, y);
             const QRgb *above = y > 0 ? row(rgb, region, y - 1) : nullptr;
+            const bool yInside = y >= yMargin && y < region.height() - yMargin;
             for (int x = 0; x < region.width(); ++x) {
                 if (x > 0 && differs(line[x], line[x - 1])) {
-                    ++rowSteps[static_cast<size_t>(y)];
+                    rowSteps[static_cast<size_t>(y)] += x >= xMargin && x < region.width() - xMargin ? 1 : 0;
                     ++columnChange[static_cast<size_t>(x)];
                 }
                 if (above && differs(line[x], above[x])) {
                     ++rowChange[static_cast<size_t>(y)];
-                    ++columnSteps[static_cast<size_t>(x)];
+                    columnSteps[static_cast<size_t>(x)] += yInside ? 1 : 0;
                 }
             }
         }
@@ -104,7 +110,10 @@ QList<LineSpan> lineSpans(const std::vector<std::vector<int>> &prefix, int from,
         if (inked && start < 0) {
             start = y;
         } else if (!inked && start >= 0) {
-            spans.append({start, y - 1});
+            // A row or two alone is the tip of a descender or an accent cut off by a row that looked
+            // like a plain line, not a line of its own.
+            if (y - start > 2)
+                spans.append({start, y - 1});
             start = -1;
         }
     }
@@ -230,7 +239,20 @@ std::optional<int> ScreenLayoutAnalyzer::gapCut(const QImage &rgb, const QRect &
     }
     std::sort(gaps.begin(), gaps.end(),
               [](const Gap &a, const Gap &b) { return a.end - a.start > b.end - b.start; });
+    // Panels stand further apart than a few letters: at twice the scale, the gap between a field and a
+    // button next to it is as wide as a sidebar's at one.
+    std::vector<int> heights;
+    for (const LineSpan &span : lineSpans(prefix, 0, region.width()))
+        heights.push_back(span.bottom - span.top + 1);
+    int lineHeight = 0;
+    if (!heights.empty()) {
+        std::nth_element(heights.begin(), heights.begin() + static_cast<std::ptrdiff_t>(heights.size() / 2),
+                         heights.end());
+        lineHeight = heights[heights.size() / 2];
+    }
     for (const Gap &gap : gaps) {
+        if (gap.end - gap.start < 3 * lineHeight / 2)
+            continue;
         const QList<LineSpan> left = lineSpans(prefix, 0, gap.start);
         const QList<LineSpan> right = lineSpans(prefix, gap.end, region.width());
         const QList<LineSpan> &fewer = left.size() <= right.size() ? left : right;

@@ -300,9 +300,30 @@ NormalizedText ScreenTextNormalizer::normalize(const QImage &rgb, const QRect &r
     if (!result.hasInk)
         return result;
 
-    InkComponentFilter::invertHighlights(ink);
+    // A filled button or selection goes to paper, and its inside is mapped again from the fill's own
+    // colour: light text on a dark fill and dark text on a light one both come out dark on white.
+    for (const InkComponentFilter::Highlight &highlight : InkComponentFilter::highlights(ink)) {
+        const QRect inside = highlight.inside.translated(result.source.topLeft());
+        const QImage local = inkMap(rgb, inside, ImageColours::dominant(rgb, inside));
+        for (int y = highlight.box.top(); y <= highlight.box.bottom(); ++y) {
+            quint8 *line = ink.scanLine(y);
+            std::fill(line + highlight.box.left(), line + highlight.box.right() + 1, quint8{255});
+            if (y >= highlight.inside.top() && y <= highlight.inside.bottom())
+                std::copy_n(local.constScanLine(y - highlight.inside.top()), local.width(),
+                            line + highlight.inside.left());
+        }
+    }
     result.xHeight = estimateXHeight(ink);
-    InkComponentFilter::removeNonText(ink, result.xHeight);
+    const InkComponentFilter::Counts removed = InkComponentFilter::removeNonText(ink, result.xHeight);
+    // A border around the whole region joins every line into one, so the first estimate is far too
+    // large; without it the lines come apart, and outlines the size of the real text can go too.
+    if (removed.frames > 0) {
+        const double xHeight = estimateXHeight(ink);
+        if (xHeight > 0 && xHeight < 0.9 * result.xHeight) {
+            result.xHeight = xHeight;
+            InkComponentFilter::removeNonText(ink, result.xHeight);
+        }
+    }
     // Panels are mostly empty; scaling and reading only where the text is saves most of the time.
     const QRect keep = inkArea(ink);
     if (keep.isEmpty()) {

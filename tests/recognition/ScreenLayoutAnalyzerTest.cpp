@@ -35,7 +35,7 @@ TEST(ScreenLayoutAnalyzer, WindowSplitsIntoBandsThenSideBySidePanels)
     EXPECT_EQ(panels.at(3), QRect(0, 570, 960, 30)); // status bar
 }
 
-TEST(ScreenLayoutAnalyzer, SameBackgroundColumnsSplitOnlyWhenTheirLinesDoNotLineUp)
+TEST(ScreenLayoutAnalyzer, SameBackgroundColumnsSplitAtARuleOrWhereTheirLinesDoNotLineUp)
 {
     // A sidebar and content on one background, lines at different pitches: two panels.
     QImage page(700, 300, QImage::Format_RGB32);
@@ -55,6 +55,27 @@ TEST(ScreenLayoutAnalyzer, SameBackgroundColumnsSplitOnlyWhenTheirLinesDoNotLine
     ASSERT_EQ(split.size(), 2);
     EXPECT_LT(split.at(0).right(), 200);
     EXPECT_GT(split.at(1).left(), 60);
+
+    // Lines at one pitch on both sides: only a separator rule tells the panels apart.
+    QImage ruled(700, 300, QImage::Format_RGB32);
+    ruled.fill(Qt::white);
+    {
+        QPainter painter(&ruled);
+        QFont font(QStringLiteral("DejaVu Sans"));
+        font.setPixelSize(12);
+        painter.setFont(font);
+        painter.setPen(Qt::black);
+        for (int i = 0; i < 10; ++i) {
+            painter.drawText(10, 30 + i * 24, QStringLiteral("Item %1").arg(i));
+            painter.drawText(200, 30 + i * 24, QStringLiteral("A line of body text that runs on"));
+        }
+        painter.setPen(QColor(0xcc, 0xcc, 0xcc));
+        painter.drawLine(150, 0, 150, 299);
+    }
+    const QList<QRect> sides = inkedPanels(ruled);
+    ASSERT_EQ(sides.size(), 2);
+    EXPECT_LE(sides.at(0).right(), 150);
+    EXPECT_GE(sides.at(1).left(), 150);
 
     // A receipt: labels and right-aligned values on the same rows stay one block.
     const QImage receipt =

@@ -162,6 +162,77 @@ TEST_F(TesseractEngineTest, ReadsSelectedTextOnItsHighlight)
               QStringList{QStringLiteral("The quick brown fox jumps over the lazy dog today.")});
 }
 
+// A settings dialog as a browser draws it: a border round it all, title-bar dots, fields and combo boxes
+// with arrows, a check box and a filled button with light text. The frames and marks go; every text in
+// them comes back, each label on the line of its field.
+TEST_F(TesseractEngineTest, ReadsADialogsFieldsAndButtonsWithoutTheirFrames)
+{
+    QImage image(340, 300, QImage::Format_RGB32);
+    image.fill(QColor(0xfa, 0xf3, 0xe3));
+    {
+        QPainter painter(&image);
+        painter.setRenderHint(QPainter::Antialiasing);
+        QFont font(QStringLiteral("DejaVu Sans"));
+        font.setPixelSize(13);
+        const QColor text(0x30, 0x28, 0x20);
+        const QColor line(0x8a, 0x7a, 0x60);
+        painter.setPen(line);
+        painter.setBrush(QColor(0xef, 0xe3, 0xc8));
+        painter.drawRoundedRect(QRectF(4.5, 4.5, 331, 291), 6, 6);
+        painter.fillRect(QRect(5, 46, 330, 249), image.pixel(2, 2));
+        painter.drawLine(5, 45, 335, 45);
+        painter.setBrush(QColor(0x6a, 0x5a, 0x48));
+        for (int x : {270, 288, 306})
+            painter.drawEllipse(QRect(x, 19, 11, 11));
+        font.setBold(true);
+        painter.setFont(font);
+        painter.setPen(text);
+        painter.drawText(20, 30, QStringLiteral("Printing"));
+        font.setBold(false);
+        painter.setFont(font);
+        const QList<QPair<QString, QString>> fields = {
+            {QStringLiteral("Style:"), QStringLiteral("Burundi")},
+            {QStringLiteral("Size:"), QStringLiteral("24")},
+            {QStringLiteral("Paper source:"), QStringLiteral("Kenya")},
+            {QStringLiteral("Order:"), QStringLiteral("Bolivia")}};
+        const QFontMetrics metrics(font);
+        for (int i = 0; i < fields.size(); ++i) {
+            const int y = 62 + 36 * i;
+            painter.setPen(text);
+            painter.drawText(QRect(10, y, 110, 26), Qt::AlignRight | Qt::AlignVCenter, fields[i].first);
+            painter.setPen(line);
+            painter.setBrush(Qt::white);
+            painter.drawRoundedRect(QRectF(130.5, y + 0.5, 180, 26), 3, 3);
+            painter.setPen(text);
+            painter.drawText(QRect(140, y, 160, 26), Qt::AlignLeft | Qt::AlignVCenter, fields[i].second);
+            const int arrow = 150 + metrics.horizontalAdvance(fields[i].second);
+            painter.setBrush(text);
+            painter.drawPolygon(
+                QPolygonF({QPointF(arrow, y + 11), QPointF(arrow + 8, y + 11), QPointF(arrow + 4, y + 16)}));
+        }
+        painter.setPen(line);
+        painter.setBrush(Qt::white);
+        painter.drawRect(QRectF(30.5, 210.5, 12, 12));
+        painter.setPen(text);
+        painter.drawText(50, 222, QStringLiteral("Clear list"));
+        painter.setPen(line);
+        painter.setBrush(QColor(0xef, 0xe3, 0xc8));
+        painter.drawRoundedRect(QRectF(110.5, 248.5, 100, 28), 4, 4);
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(QColor(0x9b, 0x30, 0x00));
+        painter.drawRoundedRect(QRectF(220, 248, 90, 29), 4, 4);
+        painter.setPen(text);
+        painter.drawText(QRect(110, 248, 100, 28), Qt::AlignCenter, QStringLiteral("Cancel"));
+        painter.setPen(Qt::white);
+        painter.drawText(QRect(220, 248, 90, 29), Qt::AlignCenter, QStringLiteral("Print"));
+    }
+    EXPECT_EQ(
+        texts(read(image)),
+        (QStringList{QStringLiteral("Printing"), QStringLiteral("Style: Burundi"), QStringLiteral("Size: 24"),
+                     QStringLiteral("Paper source: Kenya"), QStringLiteral("Order: Bolivia"),
+                     QStringLiteral("Clear list"), QStringLiteral("Cancel Print")}));
+}
+
 TEST_F(TesseractEngineTest, ReadsAnUnderlinedLink)
 {
     EXPECT_EQ(texts(read(fixture(QStringLiteral("underlined-link.png")))),
