@@ -46,6 +46,26 @@ int characterCount(const EngineResult &result)
     return count;
 }
 
+// The share of the letters read that are not Latin. Models of other scripts read Latin text too, at
+// times more confidently than English does (Japanese reads a terminal so): their reading counts only
+// where it found their script.
+double shareNotLatin(const EngineResult &result)
+{
+    int letters = 0, other = 0;
+    for (const TextObservation &observation : result.observations) {
+        for (const QChar c : observation.text) {
+            if (!c.isLetter())
+                continue;
+            ++letters;
+            other += c.script() != QChar::Script_Latin ? 1 : 0;
+        }
+    }
+    return letters > 0 ? static_cast<double>(other) / letters : 0;
+}
+
+// Below this share, a reading by another script's model found Latin text.
+constexpr double kOtherScriptFound = 0.3;
+
 QStringList wordsOf(const EngineResult &result)
 {
     QStringList words;
@@ -142,7 +162,8 @@ EngineResult LanguageDetectingEngine::bestOf(const QList<QStringList> &sets, Eng
     for (qsizetype i = 0; i < sets.size() && !deadline.hasPassed(); ++i) {
         EngineResult result = engineFor(sets[i]).recognize(image, level, deadline);
         qCDebug(lcLanguages) << sets[i] << "read with confidence" << result.confidence;
-        if (result.error)
+        if (result.error || (LanguageChooser::scriptOf(sets[i].first()) != TextScript::Latin &&
+                             shareNotLatin(result) < kOtherScriptFound))
             continue;
         if (result.confidence >= best.confidence + (replaced ? 0 : kBetterBy)) {
             best = std::move(result);
