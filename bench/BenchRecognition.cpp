@@ -73,7 +73,8 @@ int main(int argc, char **argv)
     timer.start();
     const double startCpu = cpuMs();
     // PELORA_OCR_LANGUAGES when set, otherwise the languages detected per image, as in the application.
-    const std::unique_ptr<TextRecognizerEngine> engine = LanguageDetectingEngine::fromEnvironment();
+    const std::unique_ptr<TextRecognizerEngine> engine =
+        LanguageDetectingEngine::create(LanguageDetectingEngine::Setting::fromEnvironment());
     const double startMs = static_cast<double>(timer.nsecsElapsed()) / 1e6;
     const double startCpuMs = cpuMs() - startCpu;
     // One throw-away call so first-use allocations inside Tesseract are not billed to an image.

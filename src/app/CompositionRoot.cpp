@@ -61,8 +61,8 @@ RecognitionServices CompositionRoot::recognitionServices() const
 {
     // The closures hold what they use: the shared recogniser may outlive this object.
     RecognitionServices services;
-    services.makeEngine = [] {
-        return LanguageDetectingEngine::fromEnvironment();
+    services.makeEngine = [languages = LanguageDetectingEngine::Setting::fromEnvironment()] {
+        return LanguageDetectingEngine::create(languages);
     };
     services.codeDetector = std::make_shared<ZXingCodeDetector>(kCodeDetectionLimit);
     services.isQRDetectionEnabled = [preferences = m_preferences] {

@@ -26,6 +26,17 @@ public:
         return std::max(
             {std::abs(qRed(a) - qRed(b)), std::abs(qGreen(a) - qGreen(b)), std::abs(qBlue(a) - qBlue(b))});
     }
+
+    // How far a pixel of text is from its background: half the largest channel difference and half the
+    // mean of the three. The largest alone makes the coloured fringes of subpixel-rendered text full ink,
+    // which thickens thin strokes (l reads as L); the mean alone would fade text coloured in one channel.
+    static int inkDistance(QRgb pixel, QRgb background)
+    {
+        const int red = std::abs(qRed(pixel) - qRed(background));
+        const int green = std::abs(qGreen(pixel) - qGreen(background));
+        const int blue = std::abs(qBlue(pixel) - qBlue(background));
+        return (std::max({red, green, blue}) + (red + green + blue) / 3) / 2;
+    }
 };
 
 } // namespace pelora

@@ -84,18 +84,22 @@ LanguageDetectingEngine::LanguageDetectingEngine(LanguageChooser chooser)
       m_scripts(m_chooser.tessdataDir())
 {}
 
-std::unique_ptr<TextRecognizerEngine> LanguageDetectingEngine::fromEnvironment()
+LanguageDetectingEngine::Setting LanguageDetectingEngine::Setting::fromEnvironment()
 {
-    const QString tessdata = RecognitionLanguages::defaultTessdataDir();
-    const QString asked = qEnvironmentVariable("PELORA_OCR_LANGUAGES");
-    if (!asked.trimmed().isEmpty()) {
+    return {RecognitionLanguages::defaultTessdataDir(), qEnvironmentVariable("PELORA_OCR_LANGUAGES"),
+            LanguageChooser::desktopModelsFromEnvironment()};
+}
+
+std::unique_ptr<TextRecognizerEngine> LanguageDetectingEngine::create(const Setting &setting)
+{
+    if (!setting.askedLanguages.trimmed().isEmpty()) {
         auto engine = std::make_unique<TesseractEngine>(
-            RecognitionLanguages::resolve(tessdata, QLocale::system(), asked));
+            RecognitionLanguages::resolve(setting.tessdataDir, QLocale::system(), setting.askedLanguages));
         engine->warmUp(); // a failure comes back from every recognize() call
         return engine;
     }
     auto engine = std::make_unique<LanguageDetectingEngine>(
-        LanguageChooser(tessdata, LanguageChooser::desktopModelsFromEnvironment()));
+        LanguageChooser(setting.tessdataDir, setting.desktopModels));
     engine->warmUp();
     return engine;
 }

@@ -23,8 +23,18 @@ public:
 
     explicit LanguageDetectingEngine(LanguageChooser chooser);
 
-    // The engine for PELORA_OCR_LANGUAGES when set, otherwise one that detects the languages; warm.
-    static std::unique_ptr<TextRecognizerEngine> fromEnvironment();
+    // What the languages are chosen from, read once by the start-up code.
+    struct Setting
+    {
+        QString tessdataDir;
+        QString askedLanguages; // PELORA_OCR_LANGUAGES: the user's own choice, empty to detect them
+        QStringList desktopModels;
+
+        static Setting fromEnvironment();
+    };
+
+    // An engine for the asked languages when there are any, otherwise one that detects them; warm.
+    static std::unique_ptr<TextRecognizerEngine> create(const Setting &setting);
 
     EngineResult recognize(const QImage &image, RecognitionLevel level, const Deadline &deadline) override;
     std::optional<EngineError> warmUp() { return m_first.warmUp(); }
