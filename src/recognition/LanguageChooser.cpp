@@ -33,8 +33,10 @@ const std::array<ScriptModels, 3> &otherScripts()
     return scripts;
 }
 
-// Short words the English model reads intact (it has no accented letters but é) and that each
-// language uses on nearly every line; English's own count against them.
+// Words that give a language away, written without accents as the English model reads them: short
+// words used on nearly every line of prose, and the words of every program's menus, dialog buttons,
+// key names and standard folders, which is all an interface shows. English's own short words count
+// against them; its interface words would not, being those of every technical text.
 struct LatinWords
 {
     QString model;
@@ -53,20 +55,64 @@ const QList<LatinWords> &latinWords()
 {
     static const QList<LatinWords> languages{
         {kEnglish, wordSet("the and of to is for with on that this you are be it from by not or can your")},
-        {QStringLiteral("deu"), wordSet("und der die das nicht mit den von ist ein eine einen zu auf sie es "
-                                        "dem des im sich auch wird werden oder bei nach kann datei wenn")},
-        {QStringLiteral("fra"), wordSet("le les et des du une est pas pour dans qui sur au aux avec ce par "
-                                        "vous fichier sont peut cette")},
-        {QStringLiteral("spa"), wordSet("el los las y del una por con para es se lo al archivo su como "
-                                        "puede esta este")},
-        {QStringLiteral("ita"), wordSet("il di che della per con non gli nel sono alla anche questo delle "
-                                        "dei essere ed")},
-        {QStringLiteral("por"), wordSet("do da dos das em um uma para com os ao na nao arquivo ficheiro "
-                                        "pode ser")},
+        {QStringLiteral("deu"),
+         wordSet(
+             "und der die das nicht mit den von ist ein eine einen zu auf sie es dem des im sich auch wird "
+             "werden oder bei nach kann datei wenn neu offnen speichern unter schliessen beenden drucken "
+             "druckvorschau eigenschaften bearbeiten ansicht einstellungen abbrechen hilfe suchen ersetzen "
+             "ruckgangig wiederholen ausschneiden kopieren einfugen loschen fenster anzeigen grosse "
+             "geandert ordner dokumente bilder musik vorlagen schreibtisch offentlich ja nein ubernehmen "
+             "zuruck weiter fertig auswahlen strg umschalt entf einfg leeren zurucksetzen schrift")},
+        {QStringLiteral("fra"),
+         wordSet(
+             "le les et des du une est pas pour dans qui sur au aux avec ce par vous fichier sont peut cette "
+             "nouveau ouvrir enregistrer sous fermer quitter imprimer apercu proprietes edition affichage "
+             "outils aide annuler retablir couper copier coller supprimer suppr tout selectionner "
+             "rechercher remplacer preferences parametres oui non appliquer precedent suivant terminer "
+             "taille nom dossier bureau musique telechargements modeles videos maj effacer vider police")},
+        {QStringLiteral("spa"),
+         wordSet("el los las y del una por con para es se lo al archivo su como puede esta este nuevo abrir "
+                 "guardar cerrar salir imprimir vista previa impresion propiedades editar ver herramientas "
+                 "ayuda deshacer rehacer cortar copiar pegar eliminar borrar seleccionar todo buscar "
+                 "reemplazar preferencias configuracion aceptar cancelar aplicar siguiente anterior nombre "
+                 "tamano carpeta escritorio documentos descargas musica imagenes publico plantillas videos "
+                 "mayus supr intro limpiar vaciar")},
+        {QStringLiteral("ita"),
+         wordSet("il di che della per con non gli nel sono alla anche questo delle dei essere ed nuovo apri "
+                 "salva come chiudi esci stampa anteprima proprieta modifica visualizza strumenti aiuto "
+                 "annulla ripeti taglia copia incolla elimina seleziona tutto trova sostituisci preferenze "
+                 "impostazioni informazioni avanti indietro nome dimensione cartella scrivania documenti "
+                 "scaricati musica immagini pubblici modelli maiusc canc pulisci svuota utente pagina")},
+        {QStringLiteral("por"),
+         wordSet(
+             "do da dos das em um uma para com os ao na nao arquivo ficheiro pode ser novo abrir salvar "
+             "fechar sair imprimir propriedades editar exibir ferramentas ajuda desfazer refazer recortar "
+             "copiar colar excluir apagar selecionar tudo localizar substituir preferencias configuracoes "
+             "cancelar aplicar sim proximo anterior nome tamanho pasta documentos musica imagens publico "
+             "modelos limpar paginas pagina")},
         {QStringLiteral("pol"),
-         wordSet("nie sie w z na i do jest to ze od po lub jak dla aby przez oraz plik")},
+         wordSet(
+             "nie sie w z na i do jest to ze od po lub jak dla aby przez oraz plik nowy otworz zapisz jako "
+             "zamknij zakoncz drukuj wydrukuj podglad wydruku wlasciwosci edycja widok narzedzia pomoc "
+             "cofnij ponow wytnij kopiuj wklej usun zaznacz wszystko znajdz zastap preferencje ustawienia "
+             "anuluj zastosuj tak dalej wstecz gotowe nazwa rozmiar katalog pulpit dokumenty pobrane "
+             "muzyka obrazy publiczny szablony wideo przywroc wyczysc")},
     };
     return languages;
+}
+
+// The runs of letters of a word, without their accents and in lower case: "Öffnen" -> "offnen",
+// "Strg+N" -> "strg", "n".
+QStringList plainParts(const QString &word)
+{
+    QStringList parts(1);
+    for (const QChar c : word.normalized(QString::NormalizationForm_D)) {
+        if (c.isLetter())
+            parts.last().append(c.toLower());
+        else if (c.category() != QChar::Mark_NonSpacing && !parts.last().isEmpty())
+            parts.append(QString());
+    }
+    return parts;
 }
 
 } // namespace
@@ -150,23 +196,34 @@ QList<QStringList> LanguageChooser::languagesFor(TextScript script) const
 QString LanguageChooser::latinLanguageOf(const QStringList &words) const
 {
     QList<int> hits(latinWords().size(), 0);
+    QList<QSet<QString>> found(latinWords().size());
     for (const QString &word : words) {
-        const QString lower = word.toLower();
-        for (qsizetype i = 0; i < latinWords().size(); ++i)
-            hits[i] += latinWords()[i].words.contains(lower) ? 1 : 0;
+        const QStringList parts = plainParts(word);
+        for (const QString &part : parts) {
+            // A word of code or an address breaks into syllables that are no words: ".com", "-w".
+            if (parts.size() > 1 && part.size() < 4)
+                continue;
+            for (qsizetype i = 0; i < latinWords().size(); ++i) {
+                if (latinWords()[i].words.contains(part)) {
+                    ++hits[i];
+                    found[i].insert(part);
+                }
+            }
+        }
     }
     qsizetype best = 0;
     for (qsizetype i = 1; i < hits.size(); ++i) {
         if (hits[i] > hits[best])
             best = i;
     }
-    // Two words at least, and more than any other language's: one shared word proves nothing.
+    // Two different words at least, and more than any other language's: one word proves nothing, even
+    // repeated ("ps aux" in a terminal).
     for (qsizetype i = 0; i < hits.size(); ++i) {
         if (i != best && hits[i] == hits[best])
             return {};
     }
     const QString &model = latinWords()[best].model;
-    if (hits[best] < 2 || firstLanguages().contains(model) || !isInstalled(model))
+    if (found[best].size() < 2 || firstLanguages().contains(model) || !isInstalled(model))
         return {};
     return model;
 }

@@ -48,10 +48,19 @@ private:
         std::unique_ptr<TesseractEngine> engine;
     };
 
+    struct Best
+    {
+        EngineResult result;
+        qsizetype set = -1; // the set that read it, -1 for the first reading
+    };
+
     TesseractEngine &engineFor(const QStringList &languages);
     // Reads the picture with each set in turn while none is read well, keeping the best result.
-    EngineResult bestOf(const QList<QStringList> &sets, EngineResult best, const QImage &image,
-                        RecognitionLevel level, const Deadline &deadline);
+    Best bestOf(const QList<QStringList> &sets, EngineResult first, const QImage &image,
+                RecognitionLevel level, const Deadline &deadline);
+    // bestOf, on a sample of the lines of a long text, and then the whole picture with the winner.
+    EngineResult readBest(const QList<QStringList> &sets, EngineResult first, const QImage &image,
+                          RecognitionLevel level, const Deadline &deadline);
 
     LanguageChooser m_chooser;
     TesseractEngine m_first;

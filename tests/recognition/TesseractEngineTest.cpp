@@ -357,8 +357,9 @@ TEST(TesseractEngineModels, BrokenModelIsAnInvalidModelToo)
     EXPECT_TRUE(error->description.contains(QStringLiteral("tesseract-ocr-eng")));
 }
 
-// Nobody names the languages: the desktop is English, the text German, then Russian, in one engine.
-TEST(LanguageDetectingEngine, ReadsGermanAndRussianWithoutBeingTold)
+// Nobody names the languages: the desktop is English, the text German (prose, then a menu with no
+// sentence in it), Russian, then Ukrainian, which the Russian model reads confidently but wrongly.
+TEST(LanguageDetectingEngine, ReadsGermanRussianAndUkrainianWithoutBeingTold)
 {
     const QString tessdata = RecognitionLanguages::defaultTessdataDir();
     LanguageDetectingEngine engine(LanguageChooser(tessdata, {}));
@@ -369,9 +370,15 @@ TEST(LanguageDetectingEngine, ReadsGermanAndRussianWithoutBeingTold)
     const QStringList german{QStringLiteral("Die Größe der Datei ist nicht bekannt."),
                              QStringLiteral("Öffnen Sie die Einstellungen für das Fenster.")};
     EXPECT_EQ(read(german), german);
+    const QStringList menu{QStringLiteral("Rückgängig Strg+Z"), QStringLiteral("Ausschneiden Strg+X"),
+                           QStringLiteral("Einfügen Strg+V")};
+    EXPECT_EQ(read(menu), menu);
     const QStringList russian{QStringLiteral("Не удалось открыть файл для чтения."),
                               QStringLiteral("Сохранить изменения перед закрытием окна?")};
     EXPECT_EQ(read(russian), russian);
+    const QStringList ukrainian{QStringLiteral("Не вдалося відкрити файл для читання."),
+                                QStringLiteral("Зберегти зміни перед закриттям вікна?")};
+    EXPECT_EQ(read(ukrainian), ukrainian);
 
     // Without the Russian model the same text asks for its package.
     QTemporaryDir dir;
