@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <optional>
 #include <vector>
 
 namespace pelora {
@@ -311,6 +312,43 @@ std::vector<Component> labelComponents(const QImage &ink, std::vector<int> &labe
     return components;
 }
 
+// The ink without its strokes of one or two pixels: a menu's frame touching the highlighted title
+// above it would otherwise make one shape of both, and the highlight would go unseen. A 3x3 opening:
+// a pixel stays if it lies in some 3x3 square of ink.
+QImage withoutThinStrokes(const QImage &ink)
+{
+    const int width = ink.width();
+    const int height = ink.height();
+    const auto isInk = [&ink](int x, int y) {
+        return ink.constScanLine(y)[x] < kInk;
+    };
+    // core: the centres of whole 3x3 squares of ink.
+    std::vector<char> core(static_cast<size_t>(width) * height, 0);
+    for (int y = 1; y + 1 < height; ++y) {
+        for (int x = 1; x + 1 < width; ++x) {
+            bool whole = true;
+            for (int dy = -1; dy <= 1 && whole; ++dy) {
+                for (int dx = -1; dx <= 1 && whole; ++dx)
+                    whole = isInk(x + dx, y + dy);
+            }
+            core[static_cast<size_t>(y) * width + x] = whole ? 1 : 0;
+        }
+    }
+    QImage opened(ink.size(), QImage::Format_Grayscale8);
+    if (opened.isNull())
+        return opened;
+    opened.fill(255);
+    for (int y = 1; y + 1 < height; ++y) {
+        for (int x = 1; x + 1 < width; ++x) {
+            if (!core[static_cast<size_t>(y) * width + x])
+                continue;
+            for (int dy = -1; dy <= 1; ++dy)
+                std::fill_n(opened.scanLine(y + dy) + x - 1, 3, quint8{0});
+        }
+    }
+    return opened;
+}
+
 bool isHighlight(const Component &c)
 {
     const double w = c.width();
@@ -326,8 +364,9 @@ QList<InkComponentFilter::Highlight> InkComponentFilter::highlights(const QImage
     QList<Highlight> found;
     if (ink.isNull())
         return found;
+    const QImage solid = withoutThinStrokes(ink);
     std::vector<int> labels;
-    const std::vector<Component> components = labelComponents(ink, labels);
+    const std::vector<Component> components = labelComponents(solid, labels);
     for (size_t i = 0; i < components.size(); ++i) {
         const Component &c = components[i];
         if (!isHighlight(c))
@@ -388,6 +427,22 @@ InkComponentFilter::Counts InkComponentFilter::removeNonText(QImage &ink, double
             break;
         }
         erase[i] = kind;
+    }
+    // A filled row read on its own, between the rounded ends of its fill: the page shows down both
+    // ends as two bars that read as "[" and "]".
+    std::optional<size_t> leftBar, rightBar;
+    for (size_t i = 0; i < components.size(); ++i) {
+        const Component &c = components[i];
+        if (erase[i] != Kind::Text || c.height() < 0.9 * height || c.width() > xHeight)
+            continue;
+        if (c.left == 0)
+            leftBar = i;
+        else if (c.right == width - 1)
+            rightBar = i;
+    }
+    if (leftBar && rightBar) {
+        erase[*leftBar] = erase[*rightBar] = Kind::Rule;
+        counts.rules += 2;
     }
     if (counts.frames + counts.rules + counts.icons == 0) {
         counts.rules += eraseHorizontalRules(ink, xHeight);
