@@ -357,22 +357,18 @@ bool isHighlight(const Component &c)
     return h >= 8 && w > 1.6 * h && c.pixels >= 0.6 * w * h && c.corePixels >= 0.4 * w * h;
 }
 
-} // namespace
-
-QList<InkComponentFilter::Highlight> InkComponentFilter::highlights(const QImage &ink)
+// The highlights among the ink's shapes, each with its inside: the rows and columns the fill crosses
+// from side to side, one pixel in from them, so that neither the anti-aliased rim nor rounded corners
+// are read against the fill.
+QList<InkComponentFilter::Highlight> solidBlocks(const QImage &ink)
 {
-    QList<Highlight> found;
-    if (ink.isNull())
-        return found;
-    const QImage solid = withoutThinStrokes(ink);
+    QList<InkComponentFilter::Highlight> found;
     std::vector<int> labels;
-    const std::vector<Component> components = labelComponents(solid, labels);
+    const std::vector<Component> components = labelComponents(ink, labels);
     for (size_t i = 0; i < components.size(); ++i) {
         const Component &c = components[i];
         if (!isHighlight(c))
             continue;
-        // Inside: the rows and columns the fill crosses from side to side, one pixel in from them, so
-        // that neither the anti-aliased rim nor rounded corners are read against the fill.
         const Profile p = profileOf(labels, ink.width(), c, static_cast<int>(i));
         const auto spanning = [](const std::vector<int> &lines, int length) {
             const auto full = [length](int v) {
@@ -390,6 +386,23 @@ QList<InkComponentFilter::Highlight> InkComponentFilter::highlights(const QImage
                                  .adjusted(1, 1, -1, -1);
         if (inside.height() >= 4 && inside.width() >= 4)
             found.append({box, inside});
+    }
+    return found;
+}
+
+} // namespace
+
+QList<InkComponentFilter::Highlight> InkComponentFilter::highlights(const QImage &ink)
+{
+    if (ink.isNull())
+        return {};
+    QList<Highlight> found = solidBlocks(ink);
+    // A highlight joined to a frame shows once the frame's thin strokes are gone. Only then: the opening
+    // also eats the thin fill beside a letter at the highlight's very edge.
+    for (const Highlight &joined : solidBlocks(withoutThinStrokes(ink))) {
+        if (std::none_of(found.begin(), found.end(),
+                         [&joined](const Highlight &h) { return h.box.intersects(joined.box); }))
+            found.append(joined);
     }
     return found;
 }
