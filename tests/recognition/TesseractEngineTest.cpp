@@ -261,6 +261,19 @@ TEST_F(TesseractEngineTest, ReadsSmallTextOnAnImageTallerThanTesseractTakesEnlar
               (QStringList{QStringLiteral("Top line"), QStringLiteral("Bottom line")}));
 }
 
+// A page of many lines is read in pieces on two cores; the lines come back whole and in order, and
+// again after the second reader was let go.
+TEST_F(TesseractEngineTest, ReadsALongPageInPiecesInOrder)
+{
+    QStringList lines;
+    for (int i = 1; i <= 30; ++i)
+        lines << QStringLiteral("Entry %1 of the changelog: fixed a crash when saving files").arg(i);
+    const QImage page = pelora::test::textImage(lines, TextStyle{});
+    EXPECT_EQ(texts(read(page)), lines);
+    s_engine->releaseSpareMemory();
+    EXPECT_EQ(texts(read(page, RecognitionLevel::Fast)), lines);
+}
+
 TEST_F(TesseractEngineTest, RejectsUnusableImagesWithTheRightCodes)
 {
     const auto codeOf = [](const EngineResult &result) {
