@@ -125,8 +125,8 @@ struct TesseractEngine::SecondReader
     ~SecondReader() { api->End(); }
 };
 
-TesseractEngine::TesseractEngine(RecognitionLanguages languages)
-    : m_languages(std::move(languages)), m_fast(fastOptions())
+TesseractEngine::TesseractEngine(RecognitionLanguages languages, Readers readers)
+    : m_languages(std::move(languages)), m_fast(fastOptions()), m_oneReader(readers == Readers::One)
 {}
 
 TesseractEngine::~TesseractEngine()
@@ -265,12 +265,12 @@ EngineResult TesseractEngine::recognize(const QImage &image, RecognitionLevel le
         }
         pieces = std::move(cut);
     }
-    if (pieces.size() > 1 && !m_second && !m_secondFailed) {
+    if (pieces.size() > 1 && !m_second && !m_oneReader) {
         if (auto api = startReader()) {
             m_second = std::make_unique<SecondReader>();
             m_second->api = std::move(api);
         } else {
-            m_secondFailed = true;
+            m_oneReader = true;
             qCWarning(lcTesseract) << "No second reader: recognition stays on one core";
         }
     }

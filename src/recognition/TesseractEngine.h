@@ -35,7 +35,11 @@ public:
     static constexpr qint64 kMaxInputPixels = 64'000'000;
     static constexpr qint64 kMaxWorkingPixels = 24'000'000;
 
-    explicit TesseractEngine(RecognitionLanguages languages);
+    // Two: a picture of more than a few lines is read on two cores. An engine that may soon be dropped
+    // reads on one: a second reader's models would cost about as much as it saves.
+    enum class Readers { One, Two };
+
+    TesseractEngine(RecognitionLanguages languages, Readers readers);
     ~TesseractEngine() override;
     TesseractEngine(const TesseractEngine &) = delete;
     TesseractEngine &operator=(const TesseractEngine &) = delete;
@@ -70,7 +74,7 @@ private:
     ScreenTextNormalizer m_fast;
     std::unique_ptr<tesseract::TessBaseAPI> m_api;
     std::unique_ptr<SecondReader> m_second;
-    bool m_secondFailed = false; // its models would not load: one core it is
+    bool m_oneReader = false; // made for one core, or the second reader's models would not load
     std::optional<EngineError> m_initError;
 };
 

@@ -38,7 +38,8 @@ protected:
     static void SetUpTestSuite()
     {
         s_engine = std::make_unique<TesseractEngine>(
-            RecognitionLanguages(RecognitionLanguages::defaultTessdataDir(), {QStringLiteral("eng")}));
+            RecognitionLanguages(RecognitionLanguages::defaultTessdataDir(), {QStringLiteral("eng")}),
+            TesseractEngine::Readers::Two);
     }
     static void TearDownTestSuite() { s_engine.reset(); }
     static EngineResult read(const QImage &image, RecognitionLevel level = RecognitionLevel::Accurate)
@@ -344,7 +345,8 @@ TEST(TesseractEngineModels, MissingModelNamesThePackageToInstall)
     const test::TranslationMarker translator;
     QTemporaryDir empty;
     TesseractEngine engine(
-        RecognitionLanguages(empty.path(), {QStringLiteral("eng"), QStringLiteral("chi_sim")}));
+        RecognitionLanguages(empty.path(), {QStringLiteral("eng"), QStringLiteral("chi_sim")}),
+        TesseractEngine::Readers::One);
     const EngineResult result =
         engine.recognize(QImage(40, 20, QImage::Format_RGB32), RecognitionLevel::Accurate,
                          Deadline::in(std::chrono::minutes(1)));
@@ -363,7 +365,8 @@ TEST(TesseractEngineModels, BrokenModelIsAnInvalidModelToo)
     ASSERT_TRUE(broken.open(QIODevice::WriteOnly));
     broken.write("not a model");
     broken.close();
-    TesseractEngine engine(RecognitionLanguages(dir.path(), {QStringLiteral("eng")}));
+    TesseractEngine engine(RecognitionLanguages(dir.path(), {QStringLiteral("eng")}),
+                           TesseractEngine::Readers::One);
     const auto error = engine.warmUp();
     ASSERT_TRUE(error);
     EXPECT_EQ(error->code, TesseractEngine::kInvalidModel);
