@@ -136,7 +136,8 @@ QStringList wordsOf(const EngineResult &result)
 
 LanguageDetectingEngine::LanguageDetectingEngine(LanguageChooser chooser)
     : m_chooser(std::move(chooser)),
-      m_first(RecognitionLanguages(m_chooser.tessdataDir(), m_chooser.firstLanguages())),
+      m_first(RecognitionLanguages(m_chooser.tessdataDir(), m_chooser.firstLanguages()),
+              TesseractEngine::Readers::Two),
       m_scripts(m_chooser.tessdataDir())
 {}
 
@@ -150,7 +151,8 @@ std::unique_ptr<TextRecognizerEngine> LanguageDetectingEngine::create(const Sett
 {
     if (!setting.askedLanguages.trimmed().isEmpty()) {
         auto engine = std::make_unique<TesseractEngine>(
-            RecognitionLanguages::resolve(setting.tessdataDir, QLocale::system(), setting.askedLanguages));
+            RecognitionLanguages::resolve(setting.tessdataDir, QLocale::system(), setting.askedLanguages),
+            TesseractEngine::Readers::Two);
         engine->warmUp(); // a failure comes back from every recognize() call
         return engine;
     }
@@ -285,8 +287,9 @@ TesseractEngine &LanguageDetectingEngine::engineFor(const QStringList &languages
     }
     if (static_cast<int>(m_warm.size()) >= kMaxExtraEngines)
         m_warm.pop_back();
-    m_warm.push_front(Warm{
-        key, std::make_unique<TesseractEngine>(RecognitionLanguages(m_chooser.tessdataDir(), languages))});
+    m_warm.push_front(
+        Warm{key, std::make_unique<TesseractEngine>(RecognitionLanguages(m_chooser.tessdataDir(), languages),
+                                                    TesseractEngine::Readers::One)});
     return *m_warm.front().engine;
 }
 

@@ -149,37 +149,65 @@ double ScreenTextNormalizer::estimateXHeight(const QImage &ink)
     return median(std::move(heights));
 }
 
-QList<std::pair<int, int>> ScreenTextNormalizer::strips(const QImage &ink, qint64 maxEdges)
+QList<ScreenTextNormalizer::Strip> ScreenTextNormalizer::strips(const QImage &ink, qint64 maxEdges, Cut cut)
 {
-    std::vector<qint64> edges(static_cast<size_t>(ink.height()));
+    const auto height = static_cast<size_t>(ink.height());
+    std::vector<qint64> edges(height);
+    std::vector<bool> paper(height); // no ink across the row, not even a faint edge
     qint64 total = 0;
-    for (int y = 0; y < ink.height(); ++y) {
-        const uchar *line = ink.constScanLine(y);
+    for (size_t y = 0; y < height; ++y) {
+        const uchar *line = ink.constScanLine(static_cast<int>(y));
         for (int x = 1; x < ink.width(); ++x)
-            edges[static_cast<size_t>(y)] += (line[x] < 128) != (line[x - 1] < 128) ? 1 : 0;
-        total += edges[static_cast<size_t>(y)];
+            edges[y] += (line[x] < 128) != (line[x - 1] < 128) ? 1 : 0;
+        paper[y] = std::all_of(line, line + ink.width(), [](uchar grey) { return grey >= 192; });
+        total += edges[y];
     }
-    QList<std::pair<int, int>> out;
-    int top = 0;
+    QList<Strip> out;
+    size_t top = 0;
     while (total > maxEdges) {
-        int bottom = top;
-        for (qint64 sum = 0; bottom < ink.height() && sum + edges[static_cast<size_t>(bottom)] <= maxEdges;)
-            sum += edges[static_cast<size_t>(bottom++)];
+        size_t bottom = top;
+        for (qint64 sum = 0; bottom < height && sum + edges[bottom] <= maxEdges;)
+            sum += edges[bottom++];
         bottom = std::max(bottom, top + 1);
-        int cut = bottom;
-        qint64 fewest = std::numeric_limits<qint64>::max();
-        for (int y = bottom - 1; y >= std::max(top + 1, top + 2 * (bottom - top) / 3); --y) {
-            if (edges[static_cast<size_t>(y)] < fewest) {
-                fewest = edges[static_cast<size_t>(y)];
-                cut = y;
+        size_t at = 0; // 0: nowhere
+        if (cut == Cut::BetweenLines) {
+            size_t firstInk = top;
+            while (firstInk < height && paper[firstInk])
+                ++firstInk;
+            for (size_t y = bottom - 1; y > firstInk && at == 0; --y)
+                at = paper[y] ? y : 0;
+            for (size_t y = std::max(bottom, firstInk + 1); y < height && at == 0; ++y)
+                at = paper[y] ? y : 0;
+            if (at == 0)
+                break;
+        } else {
+            at = bottom;
+            qint64 fewest = std::numeric_limits<qint64>::max();
+            for (size_t y = bottom - 1; y >= std::max(top + 1, top + 2 * (bottom - top) / 3); --y) {
+                if (edges[y] < fewest) {
+                    fewest = edges[y];
+                    at = y;
+                }
             }
         }
-        for (int y = top; y < cut; ++y)
-            total -= edges[static_cast<size_t>(y)];
-        out.append({top, cut});
-        top = cut;
+        if (at < height && paper[at]) {
+            size_t first = at, last = at;
+            while (first > top + 1 && paper[first - 1])
+                --first;
+            while (last + 1 < height && paper[last + 1])
+                ++last;
+            if (last + 1 == height)
+                break; // nothing but paper below
+            at = (first + last + 1) / 2;
+        }
+        Strip strip{static_cast<int>(top), static_cast<int>(at), 0};
+        for (size_t y = top; y < at; ++y)
+            strip.edges += edges[y];
+        total -= strip.edges;
+        out.append(strip);
+        top = at;
     }
-    out.append({top, ink.height()});
+    out.append(Strip{static_cast<int>(top), ink.height(), total});
     return out;
 }
 

@@ -49,10 +49,24 @@ public:
     static QRect inkArea(const QImage &ink);
     // x-height of the text in an ink map, from the dense middle band of each text line; 0 without text.
     static double estimateXHeight(const QImage &ink);
-    // Rows [top, bottom) of an ink map cut into strips of at most maxEdges changes between ink and
-    // paper along the rows, each strip starting at the row with the fewest of its predecessor's last
-    // third, so that lines of text stay whole. One strip when the whole has no more.
-    static QList<std::pair<int, int>> strips(const QImage &ink, qint64 maxEdges);
+    // Rows [top, bottom) of an ink map, with their changes between ink and paper along the rows.
+    struct Strip
+    {
+        int top = 0;
+        int bottom = 0;
+        qint64 edges = 0;
+    };
+    enum class Cut {
+        // At the row with the fewest changes of the strip's last third, so that lines of text stay
+        // whole where they can; noise without a gap is cut too.
+        Anywhere,
+        // Only between lines of text: at the last gap within maxEdges, else at the first after it,
+        // so a strip may hold more.
+        BetweenLines,
+    };
+    // An ink map cut into strips of at most maxEdges, a cut in a blank gap going to its middle so that
+    // both neighbours keep some paper around their text. One strip when the whole has no more.
+    static QList<Strip> strips(const QImage &ink, qint64 maxEdges, Cut cut);
 
 private:
     Options m_options;

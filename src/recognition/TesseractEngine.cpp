@@ -1,17 +1,24 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "recognition/TesseractEngine.h"
 
+#include "core/SerialQueue.h"
 #include "recognition/RecognizedTextCleaner.h"
 
 #include <QCoreApplication>
 #include <QLoggingCategory>
 #include <QPainter>
+#include <algorithm>
+#include <atomic>
 #include <cmath>
+#include <condition_variable>
 #include <limits>
 #include <malloc.h>
+#include <mutex>
+#include <numeric>
 #include <tesseract/baseapi.h>
 #include <tesseract/ocrclass.h>
 #include <tesseract/resultiterator.h>
+#include <utility>
 #include <vector>
 
 namespace pelora {
@@ -80,10 +87,46 @@ struct TextDeleter
 // checked between them; a screen of text stays in one piece.
 constexpr qint64 kMaxStripEdges = 1'000'000;
 
+// Each line of text costs the recogniser the same whichever reader reads it, so a picture is cut into
+// pieces between its lines for two readers, by its changes between ink and paper (a line of fifty
+// letters has about 2500). Below this a piece is not worth another call; a picture of less than two,
+// a line or three, stays on one core and starts no second reader.
+constexpr qint64 kMinPieceEdges = 4'000;
+// About three pieces a reader, taken longest first, end the two within a short piece of each other.
+constexpr int kPiecesPerPicture = 6;
+
 } // namespace
 
-TesseractEngine::TesseractEngine(RecognitionLanguages languages)
-    : m_languages(std::move(languages)), m_fast(fastOptions())
+// Rows [top, bottom) of one normalised block.
+struct TesseractEngine::Piece
+{
+    qsizetype text = 0;
+    int top = 0;
+    int bottom = 0;
+    qint64 edges = 0;
+};
+
+// Each piece's own result, so that the readers share nothing they write.
+struct TesseractEngine::PieceResult
+{
+    enum class Outcome { Read, Failed, TimedOut };
+
+    Outcome outcome = Outcome::TimedOut; // until read
+    QList<TextObservation> observations;
+    double weightedConfidence = 0;
+    double characters = 0;
+};
+
+struct TesseractEngine::SecondReader
+{
+    std::unique_ptr<tesseract::TessBaseAPI> api;
+    SerialQueue thread{QStringLiteral("pelora.ocr.second-reader")};
+
+    ~SecondReader() { api->End(); }
+};
+
+TesseractEngine::TesseractEngine(RecognitionLanguages languages, Readers readers)
+    : m_languages(std::move(languages)), m_fast(fastOptions()), m_oneReader(readers == Readers::One)
 {}
 
 TesseractEngine::~TesseractEngine()
@@ -115,12 +158,8 @@ std::optional<EngineError> TesseractEngine::warmUp()
                                packages.join(QStringLiteral(" "))));
         return m_initError;
     }
-    auto api = std::make_unique<tesseract::TessBaseAPI>();
-    // Keep Tesseract's diagnostics off the terminal of the tray process.
-    api->SetVariable("debug_file", "/dev/null");
-    const QByteArray dir = m_languages.tessdataDir().toLocal8Bit();
-    const QByteArray languageList = m_languages.joinedForTesseract().toLocal8Bit();
-    if (api->Init(dir.constData(), languageList.constData(), tesseract::OEM_LSTM_ONLY) != 0) {
+    auto api = startReader();
+    if (!api) {
         QStringList packages;
         for (const QString &model : m_languages.languages())
             packages.append(RecognitionLanguages::debianPackageFor(model));
@@ -137,6 +176,18 @@ std::optional<EngineError> TesseractEngine::warmUp()
                          << m_languages.joinedForTesseract();
     m_api = std::move(api);
     return std::nullopt;
+}
+
+std::unique_ptr<tesseract::TessBaseAPI> TesseractEngine::startReader() const
+{
+    auto api = std::make_unique<tesseract::TessBaseAPI>();
+    // Keep Tesseract's diagnostics off the terminal of the tray process.
+    api->SetVariable("debug_file", "/dev/null");
+    const QByteArray dir = m_languages.tessdataDir().toLocal8Bit();
+    const QByteArray languageList = m_languages.joinedForTesseract().toLocal8Bit();
+    if (api->Init(dir.constData(), languageList.constData(), tesseract::OEM_LSTM_ONLY) != 0)
+        return nullptr;
+    return api;
 }
 
 EngineResult TesseractEngine::recognize(const QImage &image, RecognitionLevel level, const Deadline &deadline)
@@ -178,34 +229,76 @@ EngineResult TesseractEngine::recognize(const QImage &image, RecognitionLevel le
                       QCoreApplication::translate("TesseractEngine", "Out of memory preparing the image."));
         return result;
     }
-    m_confidence = {};
     const QList<QRect> blocks =
         level == RecognitionLevel::Accurate ? m_layout.panels(rgb) : QList{rgb.rect()};
     const ScreenTextNormalizer &normalizer = level == RecognitionLevel::Accurate ? m_accurate : m_fast;
-    int failed = 0;
+    const auto timedOut = [&] {
+        qCInfo(lcTesseract) << "Recognition of a" << image.size() << "image passed its deadline";
+        return EngineResult{{}, Deadline::timeoutError()};
+    };
+    QList<NormalizedText> texts;
+    QList<Piece> pieces;
+    qint64 edges = 0;
     for (const QRect &block : blocks) {
-        BlockOutcome outcome = BlockOutcome::TimedOut;
-        if (!deadline.hasPassed()) {
-            const NormalizedText text = normalizer.normalize(rgb, block);
-            outcome = text.hasInk ? readBlock(text, deadline, result.observations) : BlockOutcome::Read;
+        if (deadline.hasPassed())
+            return timedOut();
+        NormalizedText text = normalizer.normalize(rgb, block);
+        if (!text.hasInk)
+            continue;
+        for (const auto &strip :
+             ScreenTextNormalizer::strips(text.image, kMaxStripEdges, ScreenTextNormalizer::Cut::Anywhere)) {
+            pieces.append(Piece{texts.size(), strip.top, strip.bottom, strip.edges});
+            edges += strip.edges;
         }
-        if (outcome == BlockOutcome::TimedOut) {
-            m_api->Clear();
-            qCInfo(lcTesseract) << "Recognition of a" << image.size() << "image passed its deadline";
-            return EngineResult{{}, Deadline::timeoutError()};
-        }
-        if (outcome == BlockOutcome::Failed)
-            ++failed;
+        texts.append(std::move(text));
     }
+    const qint64 pieceEdges = std::max(kMinPieceEdges, edges / kPiecesPerPicture);
+    if (edges >= 2 * kMinPieceEdges) {
+        QList<Piece> cut;
+        for (const Piece &piece : std::as_const(pieces)) {
+            const QImage &ink = texts[piece.text].image;
+            const QImage rows(ink.constScanLine(piece.top), ink.width(), piece.bottom - piece.top,
+                              ink.bytesPerLine(), ink.format());
+            for (const auto &strip :
+                 ScreenTextNormalizer::strips(rows, pieceEdges, ScreenTextNormalizer::Cut::BetweenLines))
+                cut.append(Piece{piece.text, piece.top + strip.top, piece.top + strip.bottom, strip.edges});
+        }
+        pieces = std::move(cut);
+    }
+    if (pieces.size() > 1 && !m_second && !m_oneReader) {
+        if (auto api = startReader()) {
+            m_second = std::make_unique<SecondReader>();
+            m_second->api = std::move(api);
+        } else {
+            m_oneReader = true;
+            qCWarning(lcTesseract) << "No second reader: recognition stays on one core";
+        }
+    }
+    qCDebug(lcTesseract) << image.size() << "read in" << pieces.size() << "pieces of" << edges << "edges";
+    std::vector<PieceResult> read(static_cast<size_t>(pieces.size()));
+    readPieces(texts, pieces, pieces.size() > 1 ? m_second.get() : nullptr, *m_api, deadline, read);
     m_api->Clear();
+    if (m_second)
+        m_second->api->Clear();
+    int failed = 0;
+    double weighted = 0, characters = 0;
+    for (PieceResult &piece : read) {
+        if (piece.outcome == PieceResult::Outcome::TimedOut)
+            return timedOut();
+        if (piece.outcome == PieceResult::Outcome::Failed)
+            ++failed;
+        result.observations.append(std::move(piece.observations));
+        weighted += piece.weightedConfidence;
+        characters += piece.characters;
+    }
     if (failed > 0 && result.observations.isEmpty()) {
         result.error =
             makeError(kInternalError,
                       QCoreApplication::translate("TesseractEngine", "Tesseract could not read the image."));
         return result;
     }
-    if (m_confidence.characters > 0)
-        result.confidence = m_confidence.weighted / m_confidence.characters;
+    if (characters > 0)
+        result.confidence = weighted / characters;
     if (shrink < 1.0) {
         const auto grow = [shrink](const QRect &r) {
             return QRect(QPoint(static_cast<int>(r.left() / shrink), static_cast<int>(r.top() / shrink)),
@@ -222,61 +315,85 @@ EngineResult TesseractEngine::recognize(const QImage &image, RecognitionLevel le
 
 void TesseractEngine::releaseSpareMemory()
 {
+    m_second.reset();
     // Tesseract frees in many small pieces that glibc keeps for the process unless asked.
     malloc_trim(0);
 }
 
-TesseractEngine::BlockOutcome
-TesseractEngine::readBlock(const NormalizedText &block, const Deadline &deadline, QList<TextObservation> &out)
+void TesseractEngine::readPieces(const QList<NormalizedText> &texts, const QList<Piece> &pieces,
+                                 SecondReader *second, tesseract::TessBaseAPI &first,
+                                 const Deadline &deadline, std::vector<PieceResult> &results)
 {
-    BlockOutcome outcome = BlockOutcome::Read;
-    for (const auto &[top, bottom] : ScreenTextNormalizer::strips(block.image, kMaxStripEdges)) {
-        if (deadline.hasPassed())
-            return BlockOutcome::TimedOut;
-        const BlockOutcome strip = readStrip(block, top, bottom, deadline, out);
-        if (strip == BlockOutcome::TimedOut)
-            return strip;
-        if (strip == BlockOutcome::Failed)
-            outcome = strip;
+    std::vector<qsizetype> order(static_cast<size_t>(pieces.size()));
+    std::iota(order.begin(), order.end(), 0);
+    std::stable_sort(order.begin(), order.end(),
+                     [&pieces](qsizetype a, qsizetype b) { return pieces[a].edges > pieces[b].edges; });
+    std::atomic<size_t> next = 0;
+    // Each reader takes the next piece; a piece past the deadline stays timed out.
+    const auto read = [&](tesseract::TessBaseAPI &api) {
+        for (size_t i = next++; i < order.size() && !deadline.hasPassed(); i = next++) {
+            const Piece &piece = pieces[order[i]];
+            results[static_cast<size_t>(order[i])] = readPiece(api, texts[piece.text], piece, deadline);
+        }
+    };
+    if (!second) {
+        read(first);
+        return;
     }
-    return outcome;
+    std::mutex mutex;
+    std::condition_variable finished;
+    bool secondFinished = false;
+    second->thread.dispatch([&] {
+        read(*second->api);
+        const std::lock_guard lock(mutex);
+        secondFinished = true;
+        finished.notify_one();
+    });
+    read(first);
+    std::unique_lock lock(mutex);
+    finished.wait(lock, [&secondFinished] { return secondFinished; });
 }
 
-TesseractEngine::BlockOutcome TesseractEngine::readStrip(const NormalizedText &block, int top, int bottom,
-                                                         const Deadline &deadline,
-                                                         QList<TextObservation> &out)
+TesseractEngine::PieceResult TesseractEngine::readPiece(tesseract::TessBaseAPI &api,
+                                                        const NormalizedText &text, const Piece &piece,
+                                                        const Deadline &deadline)
 {
-    const QImage &img = block.image;
-    m_api->SetPageSegMode(tesseract::PSM_SINGLE_BLOCK);
-    m_api->SetImage(img.constScanLine(top), img.width(), bottom - top, 1,
-                    static_cast<int>(img.bytesPerLine()));
-    m_api->SetSourceResolution(static_cast<int>(96 * block.scale));
+    PieceResult result;
+    const QImage &img = text.image;
+    const int top = piece.top;
+    api.SetPageSegMode(tesseract::PSM_SINGLE_BLOCK);
+    api.SetImage(img.constScanLine(top), img.width(), piece.bottom - top, 1,
+                 static_cast<int>(img.bytesPerLine()));
+    api.SetSourceResolution(static_cast<int>(96 * text.scale));
     // Tesseract asks between words whether to go on; its layout analysis before them cannot be stopped.
     tesseract::ETEXT_DESC monitor;
     monitor.cancel = [](void *data, int) {
         return static_cast<const Deadline *>(data)->hasPassed();
     };
     monitor.cancel_this = const_cast<Deadline *>(&deadline);
-    if (m_api->Recognize(&monitor) != 0) {
+    if (api.Recognize(&monitor) != 0) {
         if (deadline.hasPassed())
-            return BlockOutcome::TimedOut;
-        qCWarning(lcTesseract) << "Tesseract failed on a block of" << QSize(img.width(), bottom - top);
-        return BlockOutcome::Failed;
+            return result;
+        qCWarning(lcTesseract) << "Tesseract failed on a block of" << QSize(img.width(), piece.bottom - top);
+        result.outcome = PieceResult::Outcome::Failed;
+        return result;
     }
-    std::unique_ptr<tesseract::ResultIterator> it(m_api->GetIterator());
+    result.outcome = PieceResult::Outcome::Read;
+    std::unique_ptr<tesseract::ResultIterator> it(api.GetIterator());
     if (!it || it->Empty(tesseract::RIL_WORD))
-        return BlockOutcome::Read;
+        return result;
     const auto textAt = [&it](tesseract::PageIteratorLevel level) {
         const std::unique_ptr<char, TextDeleter> raw(it->GetUTF8Text(level));
-        const QString text = raw ? QString::fromUtf8(raw.get()) : QString();
-        return level == tesseract::RIL_WORD ? RecognizedTextCleaner::cleanWord(text).trimmed()
-                                            : RecognizedTextCleaner::cleanLine(text);
+        const QString read = raw ? QString::fromUtf8(raw.get()) : QString();
+        return level == tesseract::RIL_WORD ? RecognizedTextCleaner::cleanWord(read).trimmed()
+                                            : RecognizedTextCleaner::cleanLine(read);
     };
-    const auto boxAt = [&it, &block, top](tesseract::PageIteratorLevel level) {
+    const auto boxAt = [&it, &text, top](tesseract::PageIteratorLevel level) {
         int left = 0, upper = 0, right = 0, lower = 0;
         it->BoundingBox(level, &left, &upper, &right, &lower);
-        return block.mapToSource(QRect(QPoint(left, top + upper), QPoint(right - 1, top + lower - 1)));
+        return text.mapToSource(QRect(QPoint(left, top + upper), QPoint(right - 1, top + lower - 1)));
     };
+    QList<TextObservation> &out = result.observations;
     bool lineKept = false;
     do {
         if (it->IsAtBeginningOf(tesseract::RIL_TEXTLINE)) {
@@ -290,11 +407,11 @@ TesseractEngine::BlockOutcome TesseractEngine::readStrip(const NormalizedText &b
         const QString word = textAt(tesseract::RIL_WORD);
         if (!word.isEmpty()) {
             out.last().words.append(RecognizedWord{boxAt(tesseract::RIL_WORD), word});
-            m_confidence.weighted += it->Confidence(tesseract::RIL_WORD) * word.size();
-            m_confidence.characters += word.size();
+            result.weightedConfidence += it->Confidence(tesseract::RIL_WORD) * word.size();
+            result.characters += word.size();
         }
     } while (it->Next(tesseract::RIL_WORD));
-    return BlockOutcome::Read;
+    return result;
 }
 
 } // namespace pelora

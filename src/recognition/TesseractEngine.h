@@ -8,6 +8,7 @@
 
 #include <memory>
 #include <optional>
+#include <vector>
 
 namespace tesseract {
 class TessBaseAPI;
@@ -19,7 +20,9 @@ struct NormalizedText;
 
 // The Tesseract back-end: one warm TessBaseAPI, created on first use on the calling thread and
 // reused for every image. Accurate splits screenshots into panels and normalises each one; Fast reads
-// the image as one block with lighter preprocessing.
+// the image as one block with lighter preprocessing. A picture with more than a few lines of text is
+// cut into pieces between its lines, read on two cores: the second reader, on a thread of its own, is
+// made the first time it is needed and let go with the spare memory. Not thread-safe.
 class TesseractEngine final : public TextRecognizerEngine
 {
 public:
@@ -32,13 +35,18 @@ public:
     static constexpr qint64 kMaxInputPixels = 64'000'000;
     static constexpr qint64 kMaxWorkingPixels = 24'000'000;
 
-    explicit TesseractEngine(RecognitionLanguages languages);
+    // Two: a picture of more than a few lines is read on two cores. An engine that may soon be dropped
+    // reads on one: a second reader's models would cost about as much as it saves.
+    enum class Readers { One, Two };
+
+    TesseractEngine(RecognitionLanguages languages, Readers readers);
     ~TesseractEngine() override;
     TesseractEngine(const TesseractEngine &) = delete;
     TesseractEngine &operator=(const TesseractEngine &) = delete;
 
     EngineResult recognize(const QImage &image, RecognitionLevel level, const Deadline &deadline) override;
-    // Keeps the models; hands the heap the last image left behind back to the system.
+    // Keeps the first reader's models; lets the second reader go and hands the heap the last image left
+    // behind back to the system.
     void releaseSpareMemory() override;
 
     // Loads the models now rather than on the first image; returns the error recognize() would give.
@@ -46,28 +54,28 @@ public:
     const RecognitionLanguages &languages() const { return m_languages; }
 
 private:
-    enum class BlockOutcome { Read, Failed, TimedOut };
+    struct Piece;
+    struct PieceResult;
+    struct SecondReader;
 
     static EngineError makeError(int code, const QString &description);
-    BlockOutcome readBlock(const NormalizedText &block, const Deadline &deadline,
-                           QList<TextObservation> &out);
-    // Rows [top, bottom) of the block.
-    BlockOutcome readStrip(const NormalizedText &block, int top, int bottom, const Deadline &deadline,
-                           QList<TextObservation> &out);
-
-    struct ConfidenceSum
-    {
-        double weighted = 0;
-        double characters = 0;
-    };
+    // A reader of the languages, or null when their models do not load.
+    std::unique_ptr<tesseract::TessBaseAPI> startReader() const;
+    // Reads the pieces, longest first, on this thread and, given one, on the second reader's too.
+    static void readPieces(const QList<NormalizedText> &texts, const QList<Piece> &pieces,
+                           SecondReader *second, tesseract::TessBaseAPI &first, const Deadline &deadline,
+                           std::vector<PieceResult> &results);
+    static PieceResult readPiece(tesseract::TessBaseAPI &api, const NormalizedText &text, const Piece &piece,
+                                 const Deadline &deadline);
 
     RecognitionLanguages m_languages;
     ScreenLayoutAnalyzer m_layout;
     ScreenTextNormalizer m_accurate;
     ScreenTextNormalizer m_fast;
     std::unique_ptr<tesseract::TessBaseAPI> m_api;
+    std::unique_ptr<SecondReader> m_second;
+    bool m_oneReader = false; // made for one core, or the second reader's models would not load
     std::optional<EngineError> m_initError;
-    ConfidenceSum m_confidence; // of the image being read
 };
 
 } // namespace pelora

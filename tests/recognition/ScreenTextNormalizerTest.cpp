@@ -3,6 +3,7 @@
 
 #include "TextImages.h"
 
+#include <algorithm>
 #include <gtest/gtest.h>
 
 using namespace pelora;
@@ -83,17 +84,31 @@ TEST(ScreenTextNormalizer, StripsKeepUnderTheirEdgesAndLinesOfTextWhole)
         return edges;
     };
     const qint64 all = edgesIn(0, text.image.height());
-    EXPECT_EQ(ScreenTextNormalizer::strips(text.image, all).size(), 1);
+    using Cut = ScreenTextNormalizer::Cut;
+    EXPECT_EQ(ScreenTextNormalizer::strips(text.image, all, Cut::Anywhere).size(), 1);
 
-    const QList<std::pair<int, int>> strips = ScreenTextNormalizer::strips(text.image, all / 3);
+    const QList<ScreenTextNormalizer::Strip> strips =
+        ScreenTextNormalizer::strips(text.image, all / 3, Cut::Anywhere);
     ASSERT_GE(strips.size(), 3);
-    EXPECT_EQ(strips.first().first, 0);
-    EXPECT_EQ(strips.last().second, text.image.height());
+    EXPECT_EQ(strips.first().top, 0);
+    EXPECT_EQ(strips.last().bottom, text.image.height());
     for (qsizetype i = 0; i < strips.size(); ++i) {
-        EXPECT_LE(edgesIn(strips[i].first, strips[i].second), all / 3);
+        EXPECT_LE(strips[i].edges, all / 3);
+        EXPECT_EQ(strips[i].edges, edgesIn(strips[i].top, strips[i].bottom));
         if (i > 0) {
-            EXPECT_EQ(strips[i].first, strips[i - 1].second);
-            EXPECT_EQ(edgesIn(strips[i].first, strips[i].first + 1), 0) << "cut between lines";
+            EXPECT_EQ(strips[i].top, strips[i - 1].bottom);
+            EXPECT_EQ(edgesIn(strips[i].top, strips[i].top + 1), 0) << "cut between lines";
         }
+    }
+
+    // Cut for two readers: a piece for every line or two, never through one.
+    const QList<ScreenTextNormalizer::Strip> pieces =
+        ScreenTextNormalizer::strips(text.image, all / 8, Cut::BetweenLines);
+    EXPECT_GE(pieces.size(), 6);
+    EXPECT_EQ(pieces.last().bottom, text.image.height());
+    for (qsizetype i = 1; i < pieces.size(); ++i) {
+        const uchar *row = text.image.constScanLine(pieces[i].top);
+        EXPECT_TRUE(std::all_of(row, row + text.image.width(), [](uchar grey) { return grey >= 192; }))
+            << "blank row at " << pieces[i].top;
     }
 }

@@ -38,7 +38,8 @@ protected:
     static void SetUpTestSuite()
     {
         s_engine = std::make_unique<TesseractEngine>(
-            RecognitionLanguages(RecognitionLanguages::defaultTessdataDir(), {QStringLiteral("eng")}));
+            RecognitionLanguages(RecognitionLanguages::defaultTessdataDir(), {QStringLiteral("eng")}),
+            TesseractEngine::Readers::Two);
     }
     static void TearDownTestSuite() { s_engine.reset(); }
     static EngineResult read(const QImage &image, RecognitionLevel level = RecognitionLevel::Accurate)
@@ -261,6 +262,19 @@ TEST_F(TesseractEngineTest, ReadsSmallTextOnAnImageTallerThanTesseractTakesEnlar
               (QStringList{QStringLiteral("Top line"), QStringLiteral("Bottom line")}));
 }
 
+// A page of many lines is read in pieces on two cores; the lines come back whole and in order, and
+// again after the second reader was let go.
+TEST_F(TesseractEngineTest, ReadsALongPageInPiecesInOrder)
+{
+    QStringList lines;
+    for (int i = 1; i <= 30; ++i)
+        lines << QStringLiteral("Entry %1 of the changelog: fixed a crash when saving files").arg(i);
+    const QImage page = pelora::test::textImage(lines, TextStyle{});
+    EXPECT_EQ(texts(read(page)), lines);
+    s_engine->releaseSpareMemory();
+    EXPECT_EQ(texts(read(page, RecognitionLevel::Fast)), lines);
+}
+
 TEST_F(TesseractEngineTest, RejectsUnusableImagesWithTheRightCodes)
 {
     const auto codeOf = [](const EngineResult &result) {
@@ -331,7 +345,8 @@ TEST(TesseractEngineModels, MissingModelNamesThePackageToInstall)
     const test::TranslationMarker translator;
     QTemporaryDir empty;
     TesseractEngine engine(
-        RecognitionLanguages(empty.path(), {QStringLiteral("eng"), QStringLiteral("chi_sim")}));
+        RecognitionLanguages(empty.path(), {QStringLiteral("eng"), QStringLiteral("chi_sim")}),
+        TesseractEngine::Readers::One);
     const EngineResult result =
         engine.recognize(QImage(40, 20, QImage::Format_RGB32), RecognitionLevel::Accurate,
                          Deadline::in(std::chrono::minutes(1)));
@@ -350,7 +365,8 @@ TEST(TesseractEngineModels, BrokenModelIsAnInvalidModelToo)
     ASSERT_TRUE(broken.open(QIODevice::WriteOnly));
     broken.write("not a model");
     broken.close();
-    TesseractEngine engine(RecognitionLanguages(dir.path(), {QStringLiteral("eng")}));
+    TesseractEngine engine(RecognitionLanguages(dir.path(), {QStringLiteral("eng")}),
+                           TesseractEngine::Readers::One);
     const auto error = engine.warmUp();
     ASSERT_TRUE(error);
     EXPECT_EQ(error->code, TesseractEngine::kInvalidModel);

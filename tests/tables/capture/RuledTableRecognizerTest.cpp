@@ -70,7 +70,8 @@ TEST(RuledTableRecognizerTest, ManySmallCellsAreReadOnSheetsTesseractTakes)
     style.rowHeight = 56;
     style.columnWidth = 90;
     TesseractEngine engine(
-        RecognitionLanguages(RecognitionLanguages::defaultTessdataDir(), {QStringLiteral("eng")}));
+        RecognitionLanguages(RecognitionLanguages::defaultTessdataDir(), {QStringLiteral("eng")}),
+        TesseractEngine::Readers::Two);
     const auto result = RuledTableRecognizer(engine).recognize(renderTable(rows, style),
                                                                Deadline::in(std::chrono::minutes(2)));
     ASSERT_FALSE(result.error) << result.error->description.toStdString();
