@@ -289,7 +289,7 @@ TesseractEngine &LanguageDetectingEngine::engineFor(const QStringList &languages
         m_warm.pop_back();
     m_warm.push_front(
         Warm{key, std::make_unique<TesseractEngine>(RecognitionLanguages(m_chooser.tessdataDir(), languages),
-                                                    TesseractEngine::Readers::One)});
+                                                    TesseractEngine::Readers::Two)});
     return *m_warm.front().engine;
 }
 

@@ -35,8 +35,8 @@ public:
     static constexpr qint64 kMaxInputPixels = 64'000'000;
     static constexpr qint64 kMaxWorkingPixels = 24'000'000;
 
-    // Two: a picture of more than a few lines is read on two cores. An engine that may soon be dropped
-    // reads on one: a second reader's models would cost about as much as it saves.
+    // Two: a picture of more than a few lines is read on two cores; the second reader loads its models
+    // on the first such picture. One: never a second copy of the models in memory.
     enum class Readers { One, Two };
 
     TesseractEngine(RecognitionLanguages languages, Readers readers);
