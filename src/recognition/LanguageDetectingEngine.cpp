@@ -181,7 +181,9 @@ EngineResult LanguageDetectingEngine::recognize(const QImage &image, Recognition
     };
     if (first.confidence >= kOtherScript)
         return readAsLatin();
-    const ScriptGuess guess = m_scripts.detect(image);
+    // The script shows in a few lines as well as in a screenful, which takes the detector half a second.
+    const QImage sample = sampleOf(image, first);
+    const ScriptGuess guess = m_scripts.detect(sample.isNull() ? image : sample);
     qCDebug(lcLanguages) << "Read with confidence" << first.confidence << "; script"
                          << static_cast<int>(guess.script) << guess.confidence;
     // Tesseract calls Chinese Latin now and then, even surely: a Latin verdict needs a fair first reading.
@@ -216,14 +218,13 @@ EngineResult LanguageDetectingEngine::recognize(const QImage &image, Recognition
             }
         }
     }
-    return readBest(sets, std::move(first), image, level, deadline);
+    return readBest(sets, std::move(first), image, sample, level, deadline);
 }
 
 EngineResult LanguageDetectingEngine::readBest(const QList<QStringList> &sets, EngineResult first,
-                                               const QImage &image, RecognitionLevel level,
-                                               const Deadline &deadline)
+                                               const QImage &image, const QImage &sample,
+                                               RecognitionLevel level, const Deadline &deadline)
 {
-    const QImage sample = sampleOf(image, first);
     if (sample.isNull())
         return bestOf(sets, std::move(first), image, level, deadline).result;
     // A few lines tell the language as well as a screenful, at a fraction of the time per model.

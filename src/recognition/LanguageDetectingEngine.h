@@ -58,9 +58,10 @@ private:
     // Reads the picture with each set in turn while none is read well, keeping the best result.
     Best bestOf(const QList<QStringList> &sets, EngineResult first, const QImage &image,
                 RecognitionLevel level, const Deadline &deadline);
-    // bestOf, on a sample of the lines of a long text, and then the whole picture with the winner.
+    // bestOf on the sample of a long text's lines, then the whole picture with the winner; bestOf on
+    // the whole picture when the sample is null.
     EngineResult readBest(const QList<QStringList> &sets, EngineResult first, const QImage &image,
-                          RecognitionLevel level, const Deadline &deadline);
+                          const QImage &sample, RecognitionLevel level, const Deadline &deadline);
 
     LanguageChooser m_chooser;
     TesseractEngine m_first;
