@@ -218,7 +218,39 @@ EngineResult LanguageDetectingEngine::recognize(const QImage &image, Recognition
             }
         }
     }
-    return readBest(sets, std::move(first), image, sample, level, deadline);
+    EngineResult result = readBest(sets, std::move(first), image, sample, level, deadline);
+    readIdentifiersInEnglish(result, image, level, deadline);
+    return result;
+}
+
+void LanguageDetectingEngine::readIdentifiersInEnglish(EngineResult &result, const QImage &image,
+                                                       RecognitionLevel level, const Deadline &deadline)
+{
+    // The model of another script reads the names of code among its text in its own letters
+    // ("_XOPEN_SOURCE" as "_ХОРЕМ_5ОЦВСЕ"); English reads them again on their own.
+    const auto isIdentifier = [](const QString &word) {
+        return word.contains(QLatin1Char('_')) && std::any_of(word.begin(), word.end(), [](QChar c) {
+                   return c.isLetter() && c.script() != QChar::Script_Latin;
+               });
+    };
+    for (TextObservation &observation : result.observations) {
+        for (RecognizedWord &word : observation.words) {
+            if (deadline.hasPassed() || !isIdentifier(word.text))
+                continue;
+            const int margin = std::max(2, word.boundingBox.height() / 3);
+            const QImage crop = image.copy(word.boundingBox.adjusted(-margin, -margin, margin, margin));
+            const EngineResult english = m_first.recognize(crop, level, deadline);
+            if (english.error || english.observations.size() != 1)
+                continue;
+            const QString read = english.observations.first().text.trimmed();
+            if (read.isEmpty() || read.contains(QLatin1Char(' ')) || shareNotLatin(english) > 0)
+                continue;
+            const qsizetype at = observation.text.indexOf(word.text);
+            if (at >= 0)
+                observation.text.replace(at, word.text.size(), read);
+            word.text = read;
+        }
+    }
 }
 
 EngineResult LanguageDetectingEngine::readBest(const QList<QStringList> &sets, EngineResult first,

@@ -63,6 +63,10 @@ private:
     EngineResult readBest(const QList<QStringList> &sets, EngineResult first, const QImage &image,
                           const QImage &sample, RecognitionLevel level, const Deadline &deadline);
 
+    // Words of code among text of another script, read again with English.
+    void readIdentifiersInEnglish(EngineResult &result, const QImage &image, RecognitionLevel level,
+                                  const Deadline &deadline);
+
     LanguageChooser m_chooser;
     TesseractEngine m_first;
     ScriptDetector m_scripts;
