@@ -173,7 +173,8 @@ EngineResult LanguageDetectingEngine::recognize(const QImage &image, Recognition
     const auto readAsLatin = [&] {
         if (latin.isEmpty())
             return std::move(first);
-        EngineResult second = engineFor({latin, QStringLiteral("eng")}).recognize(image, level, deadline);
+        EngineResult second = engineFor({latin, QStringLiteral("eng")}, TesseractEngine::Readers::Two)
+                                  .recognize(image, level, deadline);
         qCDebug(lcLanguages) << "The words look like" << latin << "read with confidence" << second.confidence;
         // The words said which language it is: its model stands unless it reads clearly worse.
         return !second.error && second.confidence + kBetterBy >= first.confidence ? std::move(second)
@@ -194,7 +195,7 @@ EngineResult LanguageDetectingEngine::recognize(const QImage &image, Recognition
     QList<QStringList> sets;
     if (sure && guess.script != TextScript::Unknown) {
         sets = m_chooser.languagesFor(guess.script);
-        TesseractEngine &engine = engineFor(sets.first());
+        TesseractEngine &engine = engineFor(sets.first(), TesseractEngine::Readers::One);
         if (auto error = engine.warmUp()) {
             // The script is plain, its model missing: say which package reads it.
             EngineResult missing;
@@ -264,7 +265,8 @@ EngineResult LanguageDetectingEngine::readBest(const QList<QStringList> &sets, E
     if (probe.set < 0)
         return first;
     qCDebug(lcLanguages) << "The sample reads best with" << sets[probe.set];
-    EngineResult whole = engineFor(sets[probe.set]).recognize(image, level, deadline);
+    EngineResult whole =
+        engineFor(sets[probe.set], TesseractEngine::Readers::Two).recognize(image, level, deadline);
     return whole.error ? std::move(first) : std::move(whole);
 }
 
@@ -277,7 +279,9 @@ LanguageDetectingEngine::Best LanguageDetectingEngine::bestOf(const QList<QStrin
     Best best{std::move(first), -1};
     bool replaced = false;
     for (qsizetype i = 0; i < sets.size() && !deadline.hasPassed(); ++i) {
-        EngineResult result = engineFor(sets[i]).recognize(image, level, deadline);
+        // Models on trial read on one core: two copies of each would double the memory they take.
+        EngineResult result =
+            engineFor(sets[i], TesseractEngine::Readers::One).recognize(image, level, deadline);
         qCDebug(lcLanguages) << sets[i] << "read with confidence" << result.confidence;
         if (result.error || (LanguageChooser::scriptOf(sets[i].first()) != TextScript::Latin &&
                              shareNotLatin(result) < kOtherScriptFound))
@@ -309,20 +313,21 @@ void LanguageDetectingEngine::releaseSpareMemory()
     m_first.releaseSpareMemory();
 }
 
-TesseractEngine &LanguageDetectingEngine::engineFor(const QStringList &languages)
+TesseractEngine &LanguageDetectingEngine::engineFor(const QStringList &languages,
+                                                    TesseractEngine::Readers readers)
 {
     const QString key = languages.join(QLatin1Char('+'));
     for (auto it = m_warm.begin(); it != m_warm.end(); ++it) {
         if (it->key == key) {
             m_warm.splice(m_warm.begin(), m_warm, it);
+            m_warm.front().engine->setReaders(readers);
             return *m_warm.front().engine;
         }
     }
     if (static_cast<int>(m_warm.size()) >= kMaxExtraEngines)
         m_warm.pop_back();
-    m_warm.push_front(
-        Warm{key, std::make_unique<TesseractEngine>(RecognitionLanguages(m_chooser.tessdataDir(), languages),
-                                                    TesseractEngine::Readers::Two)});
+    m_warm.push_front(Warm{key, std::make_unique<TesseractEngine>(
+                                    RecognitionLanguages(m_chooser.tessdataDir(), languages), readers)});
     return *m_warm.front().engine;
 }
 

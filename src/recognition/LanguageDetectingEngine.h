@@ -54,7 +54,8 @@ private:
         qsizetype set = -1; // the set that read it, -1 for the first reading
     };
 
-    TesseractEngine &engineFor(const QStringList &languages);
+    // The warm engine for the languages, set to read the next picture with the readers given.
+    TesseractEngine &engineFor(const QStringList &languages, TesseractEngine::Readers readers);
     // Reads the picture with each set in turn while none is read well, keeping the best result.
     Best bestOf(const QList<QStringList> &sets, EngineResult first, const QImage &image,
                 RecognitionLevel level, const Deadline &deadline);

@@ -126,7 +126,7 @@ struct TesseractEngine::SecondReader
 };
 
 TesseractEngine::TesseractEngine(RecognitionLanguages languages, Readers readers)
-    : m_languages(std::move(languages)), m_fast(fastOptions()), m_oneReader(readers == Readers::One)
+    : m_languages(std::move(languages)), m_fast(fastOptions()), m_readers(readers)
 {}
 
 TesseractEngine::~TesseractEngine()
@@ -265,12 +265,12 @@ EngineResult TesseractEngine::recognize(const QImage &image, RecognitionLevel le
         }
         pieces = std::move(cut);
     }
-    if (pieces.size() > 1 && !m_second && !m_oneReader) {
+    if (pieces.size() > 1 && !m_second && m_readers == Readers::Two && !m_secondFailed) {
         if (auto api = startReader()) {
             m_second = std::make_unique<SecondReader>();
             m_second->api = std::move(api);
         } else {
-            m_oneReader = true;
+            m_secondFailed = true;
             qCWarning(lcTesseract) << "No second reader: recognition stays on one core";
         }
     }

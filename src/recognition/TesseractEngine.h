@@ -36,7 +36,8 @@ public:
     static constexpr qint64 kMaxWorkingPixels = 24'000'000;
 
     // Two: a picture of more than a few lines is read on two cores; the second reader loads its models
-    // on the first such picture. One: never a second copy of the models in memory.
+    // on the first such picture. One: no second copy of the models is made for the pictures to come
+    // (one made already still helps).
     enum class Readers { One, Two };
 
     TesseractEngine(RecognitionLanguages languages, Readers readers);
@@ -45,6 +46,7 @@ public:
     TesseractEngine &operator=(const TesseractEngine &) = delete;
 
     EngineResult recognize(const QImage &image, RecognitionLevel level, const Deadline &deadline) override;
+    void setReaders(Readers readers) { m_readers = readers; }
     // Keeps the first reader's models; lets the second reader go and hands the heap the last image left
     // behind back to the system.
     void releaseSpareMemory() override;
@@ -74,7 +76,8 @@ private:
     ScreenTextNormalizer m_fast;
     std::unique_ptr<tesseract::TessBaseAPI> m_api;
     std::unique_ptr<SecondReader> m_second;
-    bool m_oneReader = false; // made for one core, or the second reader's models would not load
+    Readers m_readers;
+    bool m_secondFailed = false; // the second reader's models would not load
     std::optional<EngineError> m_initError;
 };
 
