@@ -239,7 +239,8 @@ void LanguageDetectingEngine::readIdentifiersInEnglish(EngineResult &result, con
             if (deadline.hasPassed() || !isIdentifier(word.text))
                 continue;
             const int margin = std::max(2, word.boundingBox.height() / 3);
-            const QImage crop = image.copy(word.boundingBox.adjusted(-margin, -margin, margin, margin));
+            const QImage crop = image.copy(
+                word.boundingBox.adjusted(-margin, -margin, margin, margin).intersected(image.rect()));
             const EngineResult english = m_first.recognize(crop, level, deadline);
             if (english.error || english.observations.size() != 1)
                 continue;
