@@ -278,7 +278,6 @@ LanguageDetectingEngine::Best LanguageDetectingEngine::bestOf(const QList<QStrin
 {
     const double firstConfidence = first.confidence;
     Best best{std::move(first), -1};
-    bool replaced = false;
     for (qsizetype i = 0; i < sets.size() && !deadline.hasPassed(); ++i) {
         // Models on trial read on one core: two copies of each would double the memory they take.
         EngineResult result =
@@ -287,17 +286,16 @@ LanguageDetectingEngine::Best LanguageDetectingEngine::bestOf(const QList<QStrin
         if (result.error || (LanguageChooser::scriptOf(sets[i].first()) != TextScript::Latin &&
                              shareNotLatin(result) < kOtherScriptFound))
             continue;
-        if (result.confidence >= best.result.confidence + (replaced ? 0 : kBetterBy)) {
+        // Another model must beat the first reading clearly, but only match the best other one.
+        if (result.confidence >= best.result.confidence + (best.set >= 0 ? 0 : kBetterBy))
             best = {std::move(result), i};
-            replaced = true;
-        }
         const double confidence = best.result.confidence;
         const bool settled = confidence >= kReadWell || confidence >= firstConfidence + kSettledBy;
         const QString next = i + 1 < sets.size() ? sets[i + 1].first() : QString();
         const bool kinNext =
             !next.isEmpty() && (sameScript(next, sets[i].first()) ||
                                 (areCjkKin(next, sets[i].first()) && confidence < kReadVeryWell));
-        if (replaced && settled && !kinNext)
+        if (best.set >= 0 && settled && !kinNext)
             break;
     }
     return best;

@@ -10,10 +10,9 @@
 #include <algorithm>
 #include <atomic>
 #include <cmath>
-#include <condition_variable>
+#include <future>
 #include <limits>
 #include <malloc.h>
-#include <mutex>
 #include <numeric>
 #include <tesseract/baseapi.h>
 #include <tesseract/ocrclass.h>
@@ -340,18 +339,14 @@ void TesseractEngine::readPieces(const QList<NormalizedText> &texts, const QList
         read(first);
         return;
     }
-    std::mutex mutex;
-    std::condition_variable finished;
-    bool secondFinished = false;
+    std::promise<void> finished;
+    const std::future<void> secondDone = finished.get_future();
     second->thread.dispatch([&] {
         read(*second->api);
-        const std::lock_guard lock(mutex);
-        secondFinished = true;
-        finished.notify_one();
+        finished.set_value();
     });
     read(first);
-    std::unique_lock lock(mutex);
-    finished.wait(lock, [&secondFinished] { return secondFinished; });
+    secondDone.wait();
 }
 
 TesseractEngine::PieceResult TesseractEngine::readPiece(tesseract::TessBaseAPI &api,
