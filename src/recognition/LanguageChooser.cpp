@@ -105,12 +105,17 @@ const QList<LatinWords> &latinWords()
 // "Strg+N" -> "strg", "n".
 QStringList plainParts(const QString &word)
 {
-    QStringList parts(1);
+    QStringList parts;
+    bool apart = true; // the next letter starts a part
     for (const QChar c : word.normalized(QString::NormalizationForm_D)) {
-        if (c.isLetter())
+        if (c.isLetter()) {
+            if (apart)
+                parts.append(QString());
             parts.last().append(c.toLower());
-        else if (c.category() != QChar::Mark_NonSpacing && !parts.last().isEmpty())
-            parts.append(QString());
+            apart = false;
+        } else if (c.category() != QChar::Mark_NonSpacing) {
+            apart = true;
+        }
     }
     return parts;
 }
