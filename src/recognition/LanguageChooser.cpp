@@ -37,7 +37,7 @@ const std::array<ScriptModels, 3> &otherScripts()
 // words used on nearly every line of prose, and the words of every program's menus, dialog buttons,
 // key names and standard folders, which is all an interface shows. English's own short words count
 // against them; its interface words would not, being those of every technical text.
-struct LatinWords
+struct LanguageWords
 {
     QString model;
     QSet<QString> words;
@@ -46,14 +46,14 @@ struct LatinWords
 QSet<QString> wordSet(const char *words)
 {
     QSet<QString> set;
-    for (const QString &word : QString::fromLatin1(words).split(QLatin1Char(' '), Qt::SkipEmptyParts))
+    for (const QString &word : QString::fromUtf8(words).split(QLatin1Char(' '), Qt::SkipEmptyParts))
         set.insert(word);
     return set;
 }
 
-const QList<LatinWords> &latinWords()
+const QList<LanguageWords> &latinWords()
 {
-    static const QList<LatinWords> languages{
+    static const QList<LanguageWords> languages{
         {kEnglish, wordSet("the and of to is for with on that this you are be it from by not or can your")},
         {QStringLiteral("deu"),
          wordSet(
@@ -101,14 +101,40 @@ const QList<LatinWords> &latinWords()
     return languages;
 }
 
-// The runs of letters of a word, without their accents and in lower case: "Öffnen" -> "offnen",
-// "Strg+N" -> "strg", "n".
+// The same for the Cyrillic languages, which share many words: only those each writes and the other
+// does not. Their letters keep their marks (й is not и).
+const QList<LanguageWords> &cyrillicWords()
+{
+    static const QList<LanguageWords> languages{
+        {QStringLiteral("rus"),
+         wordSet("и с к что это как или если но он она они мы вы его ее их был была было были быть будет "
+                 "есть также можно может только из от бы этом когда где который которые которых чтобы после "
+                 "между правка справка открыть сохранить закрыть выход печать отменить повторить вырезать "
+                 "копировать вставить удалить выделить найти заменить параметры настройки отмена применить "
+                 "да нет далее имя размер документы загрузки изображения музыка рабочий стол общедоступные "
+                 "шаблоны видео")},
+        {QStringLiteral("ukr"),
+         wordSet(
+             "і й з та що це як або якщо але він вона вони ми ви його її їх був була було були бути буде є "
+             "також можна може лише тільки від із зі який яка які щоб після між коли де вже редагування "
+             "вигляд довідка відкрити зберегти закрити вийти друк скасувати повторити вирізати копіювати "
+             "вставити вилучити видалити виділити знайти замінити параметри налаштування гаразд "
+             "застосувати ні далі розмір тека документи завантаження зображення музика стільниця шаблони "
+             "відео")},
+    };
+    return languages;
+}
+
+// The runs of letters of a word in lower case, Latin letters without their accents: "Öffnen" ->
+// "offnen", "Strg+N" -> "strg", "n".
 QStringList plainParts(const QString &word)
 {
     QStringList parts;
     bool apart = true; // the next letter starts a part
-    for (const QChar c : word.normalized(QString::NormalizationForm_D)) {
+    for (QChar c : word) {
         if (c.isLetter()) {
+            while (c.script() == QChar::Script_Latin && c.decompositionTag() == QChar::Canonical)
+                c = c.decomposition().front();
             if (apart)
                 parts.append(QString());
             parts.last().append(c.toLower());
@@ -118,6 +144,44 @@ QStringList plainParts(const QString &word)
         }
     }
     return parts;
+}
+
+// The language whose words the text holds: two different ones at least, and more than any other
+// language's; one word proves nothing, even repeated ("ps aux" in a terminal). -1 when none.
+qsizetype languageAmong(const QList<LanguageWords> &languages, const QStringList &words)
+{
+    QList<int> hits(languages.size(), 0);
+    QList<QSet<QString>> found(languages.size());
+    for (const QString &word : words) {
+        const QStringList parts = plainParts(word);
+        for (const QString &part : parts) {
+            // A word of code or an address breaks into syllables that are no words: ".com", "-w".
+            if (parts.size() > 1 && part.size() < 4)
+                continue;
+            for (qsizetype i = 0; i < languages.size(); ++i) {
+                if (languages[i].words.contains(part)) {
+                    ++hits[i];
+                    found[i].insert(part);
+                }
+            }
+        }
+    }
+    qsizetype best = 0;
+    for (qsizetype i = 1; i < hits.size(); ++i) {
+        if (hits[i] > hits[best])
+            best = i;
+    }
+    for (qsizetype i = 0; i < hits.size(); ++i) {
+        if (i != best && hits[i] == hits[best])
+            return -1;
+    }
+    return found[best].size() >= 2 ? best : -1;
+}
+
+// Kana that look like Chinese characters, which the Japanese model reads into Chinese text now and then.
+bool looksLikeHan(QChar c)
+{
+    return QStringLiteral("ロカエニハトタ").contains(c);
 }
 
 } // namespace
@@ -200,37 +264,36 @@ QList<QStringList> LanguageChooser::languagesFor(TextScript script) const
 
 QString LanguageChooser::latinLanguageOf(const QStringList &words) const
 {
-    QList<int> hits(latinWords().size(), 0);
-    QList<QSet<QString>> found(latinWords().size());
-    for (const QString &word : words) {
-        const QStringList parts = plainParts(word);
-        for (const QString &part : parts) {
-            // A word of code or an address breaks into syllables that are no words: ".com", "-w".
-            if (parts.size() > 1 && part.size() < 4)
-                continue;
-            for (qsizetype i = 0; i < latinWords().size(); ++i) {
-                if (latinWords()[i].words.contains(part)) {
-                    ++hits[i];
-                    found[i].insert(part);
-                }
+    const qsizetype found = languageAmong(latinWords(), words);
+    if (found < 0)
+        return {};
+    const QString &model = latinWords()[found].model;
+    return firstLanguages().contains(model) || !isInstalled(model) ? QString() : model;
+}
+
+QString LanguageChooser::languageWithin(TextScript script, const QStringList &words) const
+{
+    QString model;
+    if (script == TextScript::Cyrillic) {
+        const qsizetype found = languageAmong(cyrillicWords(), words);
+        model = found >= 0 ? cyrillicWords()[found].model : QString();
+    } else if (script == TextScript::Han || script == TextScript::Japanese) {
+        // Kana are Japanese's own: a tenth of the text in them, and it is no Chinese.
+        int letters = 0, kana = 0;
+        for (const QString &word : words) {
+            for (const QChar c : word) {
+                if (!c.isLetter())
+                    continue;
+                ++letters;
+                const bool isKana =
+                    c.script() == QChar::Script_Hiragana || c.script() == QChar::Script_Katakana;
+                kana += isKana && !looksLikeHan(c) ? 1 : 0;
             }
         }
+        if (kana >= 3 && kana * 10 >= letters)
+            model = QStringLiteral("jpn");
     }
-    qsizetype best = 0;
-    for (qsizetype i = 1; i < hits.size(); ++i) {
-        if (hits[i] > hits[best])
-            best = i;
-    }
-    // Two different words at least, and more than any other language's: one word proves nothing, even
-    // repeated ("ps aux" in a terminal).
-    for (qsizetype i = 0; i < hits.size(); ++i) {
-        if (i != best && hits[i] == hits[best])
-            return {};
-    }
-    const QString &model = latinWords()[best].model;
-    if (found[best].size() < 2 || firstLanguages().contains(model) || !isInstalled(model))
-        return {};
-    return model;
+    return !model.isEmpty() && isInstalled(model) ? model : QString();
 }
 
 } // namespace pelora

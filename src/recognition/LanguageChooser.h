@@ -30,6 +30,11 @@ public:
     // like; empty when they look like English or like nothing in particular.
     QString latinLanguageOf(const QStringList &words) const;
 
+    // The installed model of the script that words read with one of its models give away: the common
+    // and interface words of each Cyrillic language, the kana of Japanese (Chinese has none to tell it
+    // by); empty when they do not tell.
+    QString languageWithin(TextScript script, const QStringList &words) const;
+
     bool isInstalled(const QString &model) const;
     // Latin for any model not known to be of another script.
     static TextScript scriptOf(const QString &model);

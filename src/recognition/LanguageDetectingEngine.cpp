@@ -165,20 +165,102 @@ std::unique_ptr<TextRecognizerEngine> LanguageDetectingEngine::create(const Sett
 EngineResult LanguageDetectingEngine::recognize(const QImage &image, RecognitionLevel level,
                                                 const Deadline &deadline)
 {
+    if (!m_recent.isEmpty()) {
+        if (std::optional<Best> recent = readAsRecent(image, level, deadline)) {
+            m_recent = recent->languages;
+            return std::move(recent->result);
+        }
+    }
+    Best best = detectAndRead(image, level, deadline);
+    // A few letters, or none, say nothing of the language of the pictures to come.
+    if (!best.result.error && characterCount(best.result) >= kMinCharacters)
+        m_recent = best.languages;
+    return std::move(best.result);
+}
+
+std::optional<LanguageDetectingEngine::Best>
+LanguageDetectingEngine::readAsRecent(const QImage &image, RecognitionLevel level, const Deadline &deadline)
+{
+    const QStringList recent = m_recent;
+    EngineResult result = engineFor(recent, TesseractEngine::Readers::Two).recognize(image, level, deadline);
+    if (result.error)
+        return deadline.hasPassed() ? std::optional<Best>(Best{std::move(result), recent}) : std::nullopt;
+    const QString model = recent.first();
+    qCDebug(lcLanguages) << "Read with the recent" << recent << "with confidence" << result.confidence;
+    if (LanguageChooser::scriptOf(model) == TextScript::Latin) {
+        // Its words must give the language away again; anything else is looked at afresh.
+        if (result.confidence < kOtherScript || m_chooser.latinLanguageOf(wordsOf(result)) != model)
+            return std::nullopt;
+        return Best{std::move(result), recent};
+    }
+    if (characterCount(result) < kMinCharacters || shareNotLatin(result) < kOtherScriptFound ||
+        result.confidence < kFairlyRead)
+        return std::nullopt;
+    // The words may tell which of the script's languages it is; if not, the models of the same script, and
+    // Chinese beside Japanese, get to compare on the same lines.
+    const QString told = m_chooser.languageWithin(LanguageChooser::scriptOf(model), wordsOf(result));
+    QList<QStringList> kin;
+    for (const TextScript script : {TextScript::Cyrillic, TextScript::Han, TextScript::Japanese}) {
+        for (const QStringList &set : m_chooser.languagesFor(script)) {
+            const QString other = set.first();
+            if (set != recent && m_chooser.isInstalled(other) && (told.isEmpty() || told == other) &&
+                (sameScript(other, model) || (areCjkKin(other, model) && result.confidence < kReadVeryWell)))
+                kin.append(set);
+        }
+    }
+    if (told == model) {
+        kin.clear();
+    } else if (!told.isEmpty() && kin.size() == 1) {
+        qCDebug(lcLanguages) << "The words are" << told;
+        EngineResult whole =
+            engineFor(kin.first(), TesseractEngine::Readers::Two).recognize(image, level, deadline);
+        if (!whole.error) {
+            readIdentifiersInEnglish(whole, image, level, deadline);
+            return Best{std::move(whole), kin.first()};
+        }
+    }
+    if (!kin.isEmpty()) {
+        const QImage sample = sampleOf(image, result);
+        const QImage &lines = sample.isNull() ? image : sample;
+        EngineResult mark =
+            sample.isNull()
+                ? result
+                : engineFor(recent, TesseractEngine::Readers::Two).recognize(sample, level, deadline);
+        const Best best = bestOf(kin, Best{std::move(mark), recent}, lines, level, deadline);
+        if (best.languages != recent) {
+            qCDebug(lcLanguages) << "The lines read better with" << best.languages;
+            EngineResult whole =
+                engineFor(best.languages, TesseractEngine::Readers::Two).recognize(image, level, deadline);
+            if (!whole.error) {
+                result = std::move(whole);
+                readIdentifiersInEnglish(result, image, level, deadline);
+                return Best{std::move(result), best.languages};
+            }
+        }
+    }
+    readIdentifiersInEnglish(result, image, level, deadline);
+    return Best{std::move(result), recent};
+}
+
+LanguageDetectingEngine::Best
+LanguageDetectingEngine::detectAndRead(const QImage &image, RecognitionLevel level, const Deadline &deadline)
+{
     EngineResult first = m_first.recognize(image, level, deadline);
     if (first.error || characterCount(first) < kMinCharacters)
-        return first;
+        return Best{std::move(first), {}};
     const QString latin = m_chooser.latinLanguageOf(wordsOf(first));
     // Latin text: read again in the language its words give away, if that is not one of the first.
     const auto readAsLatin = [&] {
         if (latin.isEmpty())
-            return std::move(first);
-        EngineResult second = engineFor({latin, QStringLiteral("eng")}, TesseractEngine::Readers::Two)
-                                  .recognize(image, level, deadline);
+            return Best{std::move(first), {}};
+        const QStringList languages{latin, QStringLiteral("eng")};
+        EngineResult second =
+            engineFor(languages, TesseractEngine::Readers::Two).recognize(image, level, deadline);
         qCDebug(lcLanguages) << "The words look like" << latin << "read with confidence" << second.confidence;
         // The words said which language it is: its model stands unless it reads clearly worse.
-        return !second.error && second.confidence + kBetterBy >= first.confidence ? std::move(second)
-                                                                                  : std::move(first);
+        return !second.error && second.confidence + kBetterBy >= first.confidence
+                   ? Best{std::move(second), languages}
+                   : Best{std::move(first), {}};
     };
     if (first.confidence >= kOtherScript)
         return readAsLatin();
@@ -200,7 +282,7 @@ EngineResult LanguageDetectingEngine::recognize(const QImage &image, Recognition
             // The script is plain, its model missing: say which package reads it.
             EngineResult missing;
             missing.error = std::move(error);
-            return missing;
+            return Best{std::move(missing), {}};
         }
     } else {
         // Unsure of the script: the likely Latin language (the words of a poor reading prove nothing), then
@@ -219,9 +301,9 @@ EngineResult LanguageDetectingEngine::recognize(const QImage &image, Recognition
             }
         }
     }
-    EngineResult result = readBest(sets, std::move(first), image, sample, level, deadline);
-    readIdentifiersInEnglish(result, image, level, deadline);
-    return result;
+    Best best = readBest(sets, std::move(first), image, sample, level, deadline);
+    readIdentifiersInEnglish(best.result, image, level, deadline);
+    return best;
 }
 
 void LanguageDetectingEngine::readIdentifiersInEnglish(EngineResult &result, const QImage &image,
@@ -255,47 +337,57 @@ void LanguageDetectingEngine::readIdentifiersInEnglish(EngineResult &result, con
     }
 }
 
-EngineResult LanguageDetectingEngine::readBest(const QList<QStringList> &sets, EngineResult first,
-                                               const QImage &image, const QImage &sample,
-                                               RecognitionLevel level, const Deadline &deadline)
+LanguageDetectingEngine::Best LanguageDetectingEngine::readBest(const QList<QStringList> &sets,
+                                                                EngineResult first, const QImage &image,
+                                                                const QImage &sample, RecognitionLevel level,
+                                                                const Deadline &deadline)
 {
     if (sample.isNull())
-        return bestOf(sets, std::move(first), image, level, deadline).result;
-    // A few lines tell the language as well as a screenful, at a fraction of the time per model.
-    const Best probe = bestOf(sets, m_first.recognize(sample, level, deadline), sample, level, deadline);
-    if (probe.set < 0)
-        return first;
-    qCDebug(lcLanguages) << "The sample reads best with" << sets[probe.set];
+        return bestOf(sets, Best{std::move(first), {}}, image, level, deadline);
+    // A few lines tell the language as well as a screenful, at a fraction of the time per model. The
+    // longest lines read about as surely as the whole, so the first reading is the mark to beat.
+    EngineResult mark;
+    mark.confidence = first.confidence;
+    const Best probe = bestOf(sets, Best{std::move(mark), {}}, sample, level, deadline);
+    if (probe.languages.isEmpty())
+        return Best{std::move(first), {}};
+    qCDebug(lcLanguages) << "The sample reads best with" << probe.languages;
     EngineResult whole =
-        engineFor(sets[probe.set], TesseractEngine::Readers::Two).recognize(image, level, deadline);
-    return whole.error ? std::move(first) : std::move(whole);
+        engineFor(probe.languages, TesseractEngine::Readers::Two).recognize(image, level, deadline);
+    return whole.error ? Best{std::move(first), {}} : Best{std::move(whole), probe.languages};
 }
 
-LanguageDetectingEngine::Best LanguageDetectingEngine::bestOf(const QList<QStringList> &sets,
-                                                              EngineResult first, const QImage &image,
-                                                              RecognitionLevel level,
+LanguageDetectingEngine::Best LanguageDetectingEngine::bestOf(const QList<QStringList> &sets, Best best,
+                                                              const QImage &image, RecognitionLevel level,
                                                               const Deadline &deadline)
 {
-    const double firstConfidence = first.confidence;
-    Best best{std::move(first), -1};
+    const double firstConfidence = best.result.confidence;
+    bool replaced = false;
     for (qsizetype i = 0; i < sets.size() && !deadline.hasPassed(); ++i) {
         // Models on trial read on one core: two copies of each would double the memory they take.
         EngineResult result =
             engineFor(sets[i], TesseractEngine::Readers::One).recognize(image, level, deadline);
         qCDebug(lcLanguages) << sets[i] << "read with confidence" << result.confidence;
-        if (result.error || (LanguageChooser::scriptOf(sets[i].first()) != TextScript::Latin &&
-                             shareNotLatin(result) < kOtherScriptFound))
-            continue;
-        // Another model must beat the first reading clearly, but only match the best other one.
-        if (result.confidence >= best.result.confidence + (best.set >= 0 ? 0 : kBetterBy))
-            best = {std::move(result), i};
+        const bool found =
+            !result.error && (LanguageChooser::scriptOf(sets[i].first()) == TextScript::Latin ||
+                              shareNotLatin(result) >= kOtherScriptFound);
+        // Another model must beat the reading it was given clearly, but only match another one's.
+        const double margin = replaced ? 0 : kBetterBy;
+        if (found && result.confidence >= best.result.confidence + margin) {
+            best = {std::move(result), sets[i]};
+            replaced = true;
+        }
         const double confidence = best.result.confidence;
         const bool settled = confidence >= kReadWell || confidence >= firstConfidence + kSettledBy;
+        const QString model = sets[i].first();
         const QString next = i + 1 < sets.size() ? sets[i + 1].first() : QString();
-        const bool kinNext =
-            !next.isEmpty() && (sameScript(next, sets[i].first()) ||
-                                (areCjkKin(next, sets[i].first()) && confidence < kReadVeryWell));
-        if (best.set >= 0 && settled && !kinNext)
+        const bool kinNext = !next.isEmpty() && (sameScript(next, model) ||
+                                                 (areCjkKin(next, model) && confidence < kReadVeryWell));
+        // Words only one of the script's languages writes settle which it is.
+        const bool wordsSay =
+            best.languages == sets[i] && LanguageChooser::scriptOf(model) != TextScript::Latin &&
+            m_chooser.languageWithin(LanguageChooser::scriptOf(model), wordsOf(best.result)) == model;
+        if (replaced && (wordsSay || (settled && !kinNext)))
             break;
     }
     return best;

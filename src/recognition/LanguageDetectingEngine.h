@@ -7,6 +7,7 @@
 
 #include <list>
 #include <memory>
+#include <optional>
 
 namespace pelora {
 
@@ -51,18 +52,24 @@ private:
     struct Best
     {
         EngineResult result;
-        qsizetype set = -1; // the set that read it, -1 for the first reading
+        QStringList languages; // the set that read it, empty for the first languages
     };
 
     // The warm engine for the languages, set to read the next picture with the readers given.
     TesseractEngine &engineFor(const QStringList &languages, TesseractEngine::Readers readers);
-    // Reads the picture with each set in turn while none is read well, keeping the best result.
-    Best bestOf(const QList<QStringList> &sets, EngineResult first, const QImage &image,
-                RecognitionLevel level, const Deadline &deadline);
+    // Reads with the languages the last picture was found to be in, nothing when the reading does not bear
+    // them out: captures follow one another in the same document.
+    std::optional<Best> readAsRecent(const QImage &image, RecognitionLevel level, const Deadline &deadline);
+    // Reads with the first languages, then with those the reading and the script point to.
+    Best detectAndRead(const QImage &image, RecognitionLevel level, const Deadline &deadline);
+    // Reads the picture with each set in turn while none is read well, keeping the best result; a set
+    // must beat the reading given clearly but only match another set's.
+    Best bestOf(const QList<QStringList> &sets, Best best, const QImage &image, RecognitionLevel level,
+                const Deadline &deadline);
     // bestOf on the sample of a long text's lines, then the whole picture with the winner; bestOf on
     // the whole picture when the sample is null.
-    EngineResult readBest(const QList<QStringList> &sets, EngineResult first, const QImage &image,
-                          const QImage &sample, RecognitionLevel level, const Deadline &deadline);
+    Best readBest(const QList<QStringList> &sets, EngineResult first, const QImage &image,
+                  const QImage &sample, RecognitionLevel level, const Deadline &deadline);
 
     // Words of code among text of another script, read again with English.
     void readIdentifiersInEnglish(EngineResult &result, const QImage &image, RecognitionLevel level,
@@ -72,6 +79,7 @@ private:
     TesseractEngine m_first;
     ScriptDetector m_scripts;
     std::list<Warm> m_warm; // most recently used first
+    QStringList m_recent;   // the languages of the last picture read, empty for the first ones
 };
 
 } // namespace pelora

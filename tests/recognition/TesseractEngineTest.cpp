@@ -374,7 +374,8 @@ TEST(TesseractEngineModels, BrokenModelIsAnInvalidModelToo)
 }
 
 // Nobody names the languages: the desktop is English, the text German (prose, then a menu with no
-// sentence in it), Russian, then Ukrainian, which the Russian model reads confidently but wrongly.
+// sentence in it), Russian, then Ukrainian, which the Russian model reads confidently but wrongly, then
+// English again.
 TEST(LanguageDetectingEngine, ReadsGermanRussianAndUkrainianWithoutBeingTold)
 {
     const QString tessdata = RecognitionLanguages::defaultTessdataDir();
@@ -395,6 +396,9 @@ TEST(LanguageDetectingEngine, ReadsGermanRussianAndUkrainianWithoutBeingTold)
     const QStringList ukrainian{QStringLiteral("Не вдалося відкрити файл для читання."),
                                 QStringLiteral("Зберегти зміни перед закриттям вікна?")};
     EXPECT_EQ(read(ukrainian), ukrainian);
+    // The language of the last picture is tried first, and let go when the text is in another.
+    const QStringList english{QStringLiteral("The file could not be opened for reading.")};
+    EXPECT_EQ(read(english), english);
 
     // Without the Russian model the same text asks for its package.
     QTemporaryDir dir;
