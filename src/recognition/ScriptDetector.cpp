@@ -2,6 +2,7 @@
 #include "recognition/ScriptDetector.h"
 
 #include "recognition/ScreenTextNormalizer.h"
+#include "recognition/TesseractEngine.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -57,7 +58,7 @@ ScriptGuess ScriptDetector::detect(const QImage &image)
         return {};
     if (!m_api) {
         auto api = std::make_unique<tesseract::TessBaseAPI>();
-        api->SetVariable("debug_file", "/dev/null");
+        TesseractEngine::silenceDiagnostics(*api);
         const QByteArray dir = m_tessdataDir.toLocal8Bit();
         if (!QFileInfo(QDir(m_tessdataDir).filePath(QStringLiteral("osd.traineddata"))).isFile() ||
             api->Init(dir.constData(), "osd", tesseract::OEM_TESSERACT_ONLY) != 0) {

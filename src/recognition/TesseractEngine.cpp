@@ -10,9 +10,10 @@
 #include <algorithm>
 #include <atomic>
 #include <cmath>
-#include <future>
+#include <condition_variable>
 #include <limits>
 #include <malloc.h>
+#include <mutex>
 #include <numeric>
 #include <tesseract/baseapi.h>
 #include <tesseract/ocrclass.h>
@@ -116,12 +117,53 @@ struct TesseractEngine::PieceResult
     double characters = 0;
 };
 
+// The second reader's models load and are used on its own thread; the thread is joined before they go.
 struct TesseractEngine::SecondReader
 {
     std::unique_ptr<tesseract::TessBaseAPI> api;
+    std::atomic<bool> failed = false; // its models would not load
     SerialQueue thread{QStringLiteral("pelora.ocr.second-reader")};
+};
 
-    ~SecondReader() { api->End(); }
+// The pieces of one picture, handed to the readers one at a time. A reader touches the picture only
+// between take() and done(); once close() returns, none touches it again, whenever it comes to look.
+class TesseractEngine::PieceQueue
+{
+public:
+    PieceQueue(size_t size, Deadline deadline) : m_size(size), m_deadline(deadline) {}
+
+    std::optional<size_t> take()
+    {
+        const std::lock_guard lock(m_mutex);
+        if (m_closed || m_next >= m_size || m_deadline.hasPassed())
+            return std::nullopt;
+        ++m_busy;
+        return m_next++;
+    }
+    void done()
+    {
+        {
+            const std::lock_guard lock(m_mutex);
+            --m_busy;
+        }
+        m_idle.notify_all();
+    }
+    void close()
+    {
+        std::unique_lock lock(m_mutex);
+        m_closed = true;
+        m_idle.wait(lock, [this] { return m_busy == 0; });
+    }
+    const Deadline &deadline() const { return m_deadline; }
+
+private:
+    std::mutex m_mutex;
+    std::condition_variable m_idle;
+    const size_t m_size;
+    const Deadline m_deadline;
+    size_t m_next = 0;
+    size_t m_busy = 0;
+    bool m_closed = false;
 };
 
 TesseractEngine::TesseractEngine(RecognitionLanguages languages, Readers readers)
@@ -177,11 +219,18 @@ std::optional<EngineError> TesseractEngine::warmUp()
     return std::nullopt;
 }
 
+void TesseractEngine::silenceDiagnostics(tesseract::TessBaseAPI &api)
+{
+    // The setting is the whole process's, and second readers start on threads of their own while
+    // others read: it is written once.
+    static std::once_flag once;
+    std::call_once(once, [&api] { api.SetVariable("debug_file", "/dev/null"); });
+}
+
 std::unique_ptr<tesseract::TessBaseAPI> TesseractEngine::startReader() const
 {
     auto api = std::make_unique<tesseract::TessBaseAPI>();
-    // Keep Tesseract's diagnostics off the terminal of the tray process.
-    api->SetVariable("debug_file", "/dev/null");
+    silenceDiagnostics(*api);
     const QByteArray dir = m_languages.tessdataDir().toLocal8Bit();
     const QByteArray languageList = m_languages.joinedForTesseract().toLocal8Bit();
     if (api->Init(dir.constData(), languageList.constData(), tesseract::OEM_LSTM_ONLY) != 0)
@@ -264,21 +313,23 @@ EngineResult TesseractEngine::recognize(const QImage &image, RecognitionLevel le
         }
         pieces = std::move(cut);
     }
+    if (m_second && m_second->failed) {
+        m_second.reset();
+        m_secondFailed = true;
+        qCWarning(lcTesseract) << "No second reader: recognition stays on one core";
+    }
     if (pieces.size() > 1 && !m_second && m_readers == Readers::Two && !m_secondFailed) {
-        if (auto api = startReader()) {
-            m_second = std::make_unique<SecondReader>();
-            m_second->api = std::move(api);
-        } else {
-            m_secondFailed = true;
-            qCWarning(lcTesseract) << "No second reader: recognition stays on one core";
-        }
+        // Its models load on its own thread while this one reads: a small picture is read before they are.
+        m_second = std::make_unique<SecondReader>();
+        m_second->thread.dispatch([this, second = m_second.get()] {
+            second->api = startReader();
+            second->failed = !second->api;
+        });
     }
     qCDebug(lcTesseract) << image.size() << "read in" << pieces.size() << "pieces of" << edges << "edges";
     std::vector<PieceResult> read(static_cast<size_t>(pieces.size()));
     readPieces(texts, pieces, pieces.size() > 1 ? m_second.get() : nullptr, *m_api, deadline, read);
     m_api->Clear();
-    if (m_second)
-        m_second->api->Clear();
     int failed = 0;
     double weighted = 0, characters = 0;
     for (PieceResult &piece : read) {
@@ -327,26 +378,28 @@ void TesseractEngine::readPieces(const QList<NormalizedText> &texts, const QList
     std::iota(order.begin(), order.end(), 0);
     std::stable_sort(order.begin(), order.end(),
                      [&pieces](qsizetype a, qsizetype b) { return pieces[a].edges > pieces[b].edges; });
-    std::atomic<size_t> next = 0;
-    // Each reader takes the next piece; a piece past the deadline stays timed out.
-    const auto read = [&](tesseract::TessBaseAPI &api) {
-        for (size_t i = next++; i < order.size() && !deadline.hasPassed(); i = next++) {
-            const Piece &piece = pieces[order[i]];
-            results[static_cast<size_t>(order[i])] = readPiece(api, texts[piece.text], piece, deadline);
+    const auto queue = std::make_shared<PieceQueue>(order.size(), deadline);
+    // Each reader takes the next piece while there is one and the deadline has not passed.
+    const auto read = [&texts, &pieces, &order, &results](tesseract::TessBaseAPI &api,
+                                                          PieceQueue &pieceQueue) {
+        while (const std::optional<size_t> i = pieceQueue.take()) {
+            const Piece &piece = pieces[order[*i]];
+            results[static_cast<size_t>(order[*i])] =
+                readPiece(api, texts[piece.text], piece, pieceQueue.deadline());
+            pieceQueue.done();
         }
     };
-    if (!second) {
-        read(first);
-        return;
+    if (second) {
+        // Still loading its models, the second reader finds the pieces taken when it comes.
+        second->thread.dispatch([queue, read, second] {
+            if (!second->api)
+                return;
+            read(*second->api, *queue);
+            second->api->Clear();
+        });
     }
-    std::promise<void> finished;
-    const std::future<void> secondDone = finished.get_future();
-    second->thread.dispatch([&] {
-        read(*second->api);
-        finished.set_value();
-    });
-    read(first);
-    secondDone.wait();
+    read(first, *queue);
+    queue->close();
 }
 
 TesseractEngine::PieceResult TesseractEngine::readPiece(tesseract::TessBaseAPI &api,

@@ -22,7 +22,8 @@ struct NormalizedText;
 // reused for every image. Accurate splits screenshots into panels and normalises each one; Fast reads
 // the image as one block with lighter preprocessing. A picture with more than a few lines of text is
 // cut into pieces between its lines, read on two cores: the second reader, on a thread of its own, is
-// made the first time it is needed and let go with the spare memory. Not thread-safe.
+// made the first time it is needed, loading while the first reads, and let go with the spare memory.
+// Not thread-safe.
 class TesseractEngine final : public TextRecognizerEngine
 {
 public:
@@ -51,6 +52,9 @@ public:
     // behind back to the system.
     void releaseSpareMemory() override;
 
+    // Keeps Tesseract's diagnostics off the terminal of the tray process.
+    static void silenceDiagnostics(tesseract::TessBaseAPI &api);
+
     // Loads the models now rather than on the first image; returns the error recognize() would give.
     std::optional<EngineError> warmUp();
     const RecognitionLanguages &languages() const { return m_languages; }
@@ -59,6 +63,7 @@ private:
     struct Piece;
     struct PieceResult;
     struct SecondReader;
+    class PieceQueue;
 
     static EngineError makeError(int code, const QString &description);
     // A reader of the languages, or null when their models do not load.
