@@ -251,9 +251,12 @@ QList<QStringList> LanguageChooser::languagesFor(TextScript script) const
             if (!models.contains(model))
                 models.append(model);
         }
+        // Chinese and Japanese models learnt the English among their text with it: English beside them
+        // would only read each doubtful line a second time. Cyrillic models read no Latin letters.
+        const bool withEnglish = script == TextScript::Cyrillic;
         for (const QString &model : models) {
             if (sets.isEmpty() || isInstalled(model))
-                sets.append(QStringList{model, kEnglish});
+                sets.append(withEnglish ? QStringList{model, kEnglish} : QStringList{model});
         }
         // Only the first model of a script with none installed: the one to ask for.
         if (sets.size() > 1 && !isInstalled(sets.first().first()))

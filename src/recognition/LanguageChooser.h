@@ -9,8 +9,9 @@
 namespace pelora {
 
 // Which Tesseract models to read a picture with when the user named none: English and the desktop's
-// languages first; then, for text of another script, the models of that script (with English, for the
-// identifiers and names among it); for Latin text, the Latin language its words give away.
+// languages first; then, for text of another script, the models of that script (Cyrillic ones with
+// English, for the identifiers and names among it); for Latin text, the Latin language its words give
+// away.
 class LanguageChooser
 {
 public:

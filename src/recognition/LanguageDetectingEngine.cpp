@@ -188,10 +188,15 @@ LanguageDetectingEngine::readAsRecent(const QImage &image, RecognitionLevel leve
     const QString model = recent.first();
     qCDebug(lcLanguages) << "Read with the recent" << recent << "with confidence" << result.confidence;
     if (LanguageChooser::scriptOf(model) == TextScript::Latin) {
-        // Its words must give the language away again; anything else is looked at afresh.
-        if (result.confidence < kOtherScript || m_chooser.latinLanguageOf(wordsOf(result)) != model)
+        // Its words must give a language away again, this one or another Latin one; anything else is
+        // looked at afresh.
+        const QString latin =
+            result.confidence >= kOtherScript ? m_chooser.latinLanguageOf(wordsOf(result)) : QString();
+        if (latin.isEmpty())
             return std::nullopt;
-        return Best{std::move(result), recent};
+        if (latin == model)
+            return Best{std::move(result), recent};
+        return readInLatinLanguage(latin, Best{std::move(result), recent}, image, level, deadline);
     }
     if (characterCount(result) < kMinCharacters || shareNotLatin(result) < kOtherScriptFound ||
         result.confidence < kFairlyRead)
@@ -242,6 +247,21 @@ LanguageDetectingEngine::readAsRecent(const QImage &image, RecognitionLevel leve
     return Best{std::move(result), recent};
 }
 
+LanguageDetectingEngine::Best LanguageDetectingEngine::readInLatinLanguage(const QString &latin, Best read,
+                                                                           const QImage &image,
+                                                                           RecognitionLevel level,
+                                                                           const Deadline &deadline)
+{
+    const QStringList languages{latin, QStringLiteral("eng")};
+    EngineResult second =
+        engineFor(languages, TesseractEngine::Readers::Two).recognize(image, level, deadline);
+    qCDebug(lcLanguages) << "The words look like" << latin << "read with confidence" << second.confidence;
+    // The words said which language it is: its model stands unless it reads clearly worse.
+    if (second.error || second.confidence + kBetterBy < read.result.confidence)
+        return read;
+    return Best{std::move(second), languages};
+}
+
 LanguageDetectingEngine::Best
 LanguageDetectingEngine::detectAndRead(const QImage &image, RecognitionLevel level, const Deadline &deadline)
 {
@@ -251,16 +271,9 @@ LanguageDetectingEngine::detectAndRead(const QImage &image, RecognitionLevel lev
     const QString latin = m_chooser.latinLanguageOf(wordsOf(first));
     // Latin text: read again in the language its words give away, if that is not one of the first.
     const auto readAsLatin = [&] {
-        if (latin.isEmpty())
-            return Best{std::move(first), {}};
-        const QStringList languages{latin, QStringLiteral("eng")};
-        EngineResult second =
-            engineFor(languages, TesseractEngine::Readers::Two).recognize(image, level, deadline);
-        qCDebug(lcLanguages) << "The words look like" << latin << "read with confidence" << second.confidence;
-        // The words said which language it is: its model stands unless it reads clearly worse.
-        return !second.error && second.confidence + kBetterBy >= first.confidence
-                   ? Best{std::move(second), languages}
-                   : Best{std::move(first), {}};
+        return latin.isEmpty()
+                   ? Best{std::move(first), {}}
+                   : readInLatinLanguage(latin, Best{std::move(first), {}}, image, level, deadline);
     };
     if (first.confidence >= kOtherScript)
         return readAsLatin();

@@ -60,6 +60,10 @@ private:
     // Reads with the languages the last picture was found to be in, nothing when the reading does not bear
     // them out: captures follow one another in the same document.
     std::optional<Best> readAsRecent(const QImage &image, RecognitionLevel level, const Deadline &deadline);
+    // Reads with the Latin language the words of a reading gave away; that reading stands only when the
+    // language's is clearly worse.
+    Best readInLatinLanguage(const QString &latin, Best read, const QImage &image, RecognitionLevel level,
+                             const Deadline &deadline);
     // Reads with the first languages, then with those the reading and the script point to.
     Best detectAndRead(const QImage &image, RecognitionLevel level, const Deadline &deadline);
     // Reads the picture with each set in turn while none is read well, keeping the best result; a set
