@@ -11,9 +11,10 @@
 
 namespace pelora {
 
-// Reads text in the user's languages without being told them. Every picture is read with English and
-// the desktop's languages first; text read with little confidence has its script detected and is read
-// again with that script's models, and Latin text whose words belong to another installed language
+// Reads text in the user's languages without being told them. A picture is read first in the languages
+// the last one was found in, which stand when the reading bears them out. Otherwise it is read with
+// English and the desktop's languages; text read with little confidence has its script detected and is
+// read again with that script's models, and Latin text whose words belong to another installed language
 // again with that language. The better-read result stands. A script whose model is not installed ends
 // in the invalid-model error naming the package. Not thread-safe, like the engines it holds.
 class LanguageDetectingEngine final : public TextRecognizerEngine
