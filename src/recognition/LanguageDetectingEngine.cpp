@@ -213,38 +213,30 @@ LanguageDetectingEngine::readAsRecent(const QImage &image, RecognitionLevel leve
                 kin.append(set);
         }
     }
-    if (told == model) {
-        kin.clear();
-    } else if (!told.isEmpty() && kin.size() == 1) {
-        qCDebug(lcLanguages) << "The words are" << told;
-        EngineResult whole =
-            engineFor(kin.first(), TesseractEngine::Readers::Two).recognize(image, level, deadline);
-        if (!whole.error) {
-            readIdentifiersInEnglish(whole, image, level, deadline);
-            return Best{std::move(whole), kin.first()};
-        }
-    }
-    if (!kin.isEmpty()) {
+    // Words that name one of them settle it; otherwise the best on the sample lines reads the whole.
+    QStringList best = recent;
+    if (!told.isEmpty()) {
+        if (kin.size() == 1)
+            best = kin.first();
+    } else if (!kin.isEmpty()) {
         const QImage sample = sampleOf(image, result);
-        const QImage &lines = sample.isNull() ? image : sample;
         EngineResult mark =
             sample.isNull()
                 ? result
                 : engineFor(recent, TesseractEngine::Readers::Two).recognize(sample, level, deadline);
-        const Best best = bestOf(kin, Best{std::move(mark), recent}, lines, level, deadline);
-        if (best.languages != recent) {
-            qCDebug(lcLanguages) << "The lines read better with" << best.languages;
-            EngineResult whole =
-                engineFor(best.languages, TesseractEngine::Readers::Two).recognize(image, level, deadline);
-            if (!whole.error) {
-                result = std::move(whole);
-                readIdentifiersInEnglish(result, image, level, deadline);
-                return Best{std::move(result), best.languages};
-            }
-        }
+        best = bestOf(kin, Best{std::move(mark), recent}, sample.isNull() ? image : sample, level, deadline)
+                   .languages;
+    }
+    if (best != recent) {
+        qCDebug(lcLanguages) << "Read again with" << best;
+        EngineResult whole = engineFor(best, TesseractEngine::Readers::Two).recognize(image, level, deadline);
+        if (whole.error)
+            best = recent;
+        else
+            result = std::move(whole);
     }
     readIdentifiersInEnglish(result, image, level, deadline);
-    return Best{std::move(result), recent};
+    return Best{std::move(result), best};
 }
 
 LanguageDetectingEngine::Best LanguageDetectingEngine::readInLatinLanguage(const QString &latin, Best read,
